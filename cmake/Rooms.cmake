@@ -1,0 +1,35 @@
+# One function makes a room's library, one its tests, so that warnings, include paths and
+# sanitizers are the same everywhere.
+
+add_library(morvane_options INTERFACE)
+target_include_directories(morvane_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(morvane_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+# g++ 12 warns falsely of overlapping copies inside std::string (its bug 105651).
+target_compile_options(morvane_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+if(MORVANE_SANITIZE)
+  target_compile_options(morvane_options INTERFACE -fsanitize=address,undefined
+                                                   -fno-sanitize-recover=all
+                                                   -fno-omit-frame-pointer)
+  target_link_options(morvane_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# morvane_room(NAME USES a b ...): the static library morvane_NAME of all sources in this folder.
+function(morvane_room name)
+  cmake_parse_arguments(ROOM "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_library(morvane_${name} STATIC ${sources})
+  target_link_libraries(morvane_${name} PUBLIC morvane_options ${ROOM_USES})
+endfunction()
+
+# morvane_tests(NAME USES a b ...): the test program test_NAME of all sources in this folder.
+function(morvane_tests name)
+  cmake_parse_arguments(ROOM "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_executable(test_${name} ${sources})
+  target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_compile_definitions(test_${name} PRIVATE MORVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  target_link_libraries(test_${name} PRIVATE ${ROOM_USES} morvane_test_support GTest::gtest_main
+                                             GTest::gmock)
+  gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 120
+                       PROPERTIES TIMEOUT 300)
+endfunction()

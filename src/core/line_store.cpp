@@ -1,0 +1,139 @@
+#include "core/line_store.h"
+
+#include "core/errors.h"
+#include "core/text.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace morvane {
+
+namespace {
+
+// A place is packed into 64 bits, because a set of a million lines has a million of them: the
+// highest bit says "aside" with the number of the text below it; otherwise 40 bits of offset
+// stand above 23 bits of length. Longer lines are kept aside.
+constexpr unsigned length_bits = 23;
+constexpr std::uint64_t length_mask = (std::uint64_t{1} << length_bits) - 1;
+constexpr std::uint64_t aside_flag = std::uint64_t{1} << 63;
+constexpr std::uint64_t max_offset = (std::uint64_t{1} << 40) - 1;
+constexpr std::uint64_t empty_place = 0;
+
+const char* find_byte(const char* begin, const char* end, char byte) {
+    const auto size = static_cast<std::size_t>(end - begin);
+    const void* found = size == 0 ? nullptr : std::memchr(begin, byte, size);
+    return found == nullptr ? end : static_cast<const char*>(found);
+}
+
+std::size_t estimated_lines(std::string_view bytes) {
+    const std::string_view sample = bytes.substr(0, 65536);
+    const auto ends = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
+    return sample.empty() ? 2 : (ends + 1) * (bytes.size() / sample.size() + 1) + 2;
+}
+
+} // namespace
+
+LineStore::LineStore() : lines_{empty_place, empty_place} {}
+
+LineStore::LineStore(FileBytes bytes)
+    : bytes_(std::make_shared<const FileBytes>(std::move(bytes))) {
+    split(bytes_->view());
+}
+
+LineStore::LineStore(const std::vector<std::string>& lines) : LineStore() {
+    insert_lines(1, lines);
+}
+
+LineStore::LineStore(const LineStore& other) = default;
+LineStore& LineStore::operator=(const LineStore& other) = default;
+
+void LineStore::split(std::string_view bytes) {
+    lines_.reserve(estimated_lines(bytes));
+    lines_.push_back(empty_place);
+    const char* const begin = bytes.data();
+    const char* const end = begin + bytes.size();
+    const char* line = begin;
+    const char* next_lf = find_byte(line, end, '\n');
+    const char* next_cr = find_byte(line, end, '\r');
+    while (line != end) {
+        const char* const stop = std::min(next_lf, next_cr);
+        lines_.push_back(file_place(bytes, static_cast<std::size_t>(line - begin),
+                                    static_cast<std::size_t>(stop - begin)));
+        const bool both = stop == next_cr && stop != end && next_lf == stop + 1;
+        line = stop == end ? end : stop + (both ? 2 : 1);
+        next_lf = next_lf < line ? find_byte(line, end, '\n') : next_lf;
+        next_cr = next_cr < line ? find_byte(line, end, '\r') : next_cr;
+    }
+    lines_.push_back(empty_place);
+}
+
+LineStore::Place LineStore::file_place(std::string_view bytes, std::size_t begin, std::size_t end) {
+    const std::size_t length = end - begin;
+    if (length > length_mask || begin > max_offset) {
+        return keep_aside(std::string(bytes.substr(begin, length)));
+    }
+    return (static_cast<Place>(begin) << length_bits) | length;
+}
+
+LineStore::Place LineStore::keep_aside(std::string text) {
+    if (text.empty()) {
+        return empty_place;
+    }
+    aside_.push_back(std::move(text));
+    return aside_flag | (aside_.size() - 1);
+}
+
+void LineStore::require_index(std::size_t index) const {
+    if (index < 1 || index > upper()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "line " + to_text(index));
+    }
+}
+
+std::string LineStore::element0() const {
+    return to_text(upper());
+}
+
+std::string_view LineStore::line(std::size_t index) const {
+    require_index(index);
+    const Place place = lines_[index];
+    if ((place & aside_flag) != 0) {
+        return aside_[place & ~aside_flag];
+    }
+    const std::size_t length = place & length_mask;
+    return length == 0 ? std::string_view() : bytes_->view().substr(place >> length_bits, length);
+}
+
+void LineStore::set_line(std::size_t index, std::string text) {
+    require_index(index);
+    lines_[index] = keep_aside(std::move(text));
+}
+
+void LineStore::comment_out(std::size_t index) {
+    set_line(index, "; " + std::string(line(index)));
+}
+
+void LineStore::insert_lines(std::size_t before, const std::vector<std::string>& texts) {
+    require_index(before);
+    std::vector<Place> places;
+    places.reserve(texts.size());
+    for (const std::string& text : texts) {
+        places.push_back(keep_aside(text));
+    }
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(before), places.begin(),
+                  places.end());
+}
+
+void LineStore::erase_lines(std::size_t first, std::size_t last) {
+    require_index(first);
+    if (last < first || last > count()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "line " + to_text(last));
+    }
+    const auto begin = lines_.begin() + static_cast<std::ptrdiff_t>(first);
+    lines_.erase(begin, lines_.begin() + static_cast<std::ptrdiff_t>(last) + 1);
+}
+
+void LineStore::append_line(std::string text) {
+    lines_.insert(lines_.end() - 1, keep_aside(std::move(text)));
+}
+
+} // namespace morvane

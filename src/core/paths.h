@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace morvane {
+
+/// The path operations take "\" and "/" as separators on every platform.
+
+/// The text before the last separator, without it; empty when there is none.
+std::string folder_part(std::string_view path);
+
+/// The text after the last separator; the whole path when there is none.
+std::string file_name_part(std::string_view path);
+
+/// The text after the last ".", in upper case; empty when there is none. A dot in a folder's name
+/// counts when the file's name has none.
+std::string extension_part(std::string_view path);
+
+/// Whether the path ends in `ending` (e.g. ".BGL"), letter case aside.
+bool has_ending(std::string_view path, std::string_view ending);
+
+/// `folder` and `name` with the platform's separator between them; `name` alone when the folder is
+/// empty.
+std::string join_path(std::string_view folder, std::string_view name);
+
+} // namespace morvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+class Disk;
+class TextWriter;
+
+/// A file to be replaced and what it is to hold.
+struct FileReplacement {
+    std::string path;
+    std::function<void(TextWriter&)> write;
+};
+
+/// Replaces files whole, so that each is always the old one or the new one.
+///
+/// Every new content is written to a temporary file beside its target ("NAME.morvane-tmp"),
+/// counted, brought to the medium, and only when all are complete are they renamed into place in
+/// the order given. When a rename fails, those already replaced are put back from a copy
+/// ("NAME.morvane-old"). Symbolic links are followed, permissions kept; a file that has several
+/// names (hard links) is written in place after a copy was kept.
+///
+/// Throws RuntimeError; then all files are as they were and no temporary file is left.
+void replace_files(Disk& disk, const std::vector<FileReplacement>& files);
+
+/// replace_files for one file.
+void replace_file(Disk& disk, const std::string& path,
+                  const std::function<void(TextWriter&)>& write);
+
+} // namespace morvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace morvane {
+
+/// `text` without the blanks (code 32 only; a tab stays) at both ends.
+std::string_view trim(std::string_view text);
+
+/// Upper case of the letters a to z; all other bytes as they are, whatever the locale.
+std::string upper_case(std::string_view text);
+std::string lower_case(std::string_view text);
+bool equal_ignoring_case(std::string_view a, std::string_view b);
+
+/// Trims the text and reduces every run of blanks inside it to one. Tabs are not blanks here.
+std::string collapse_blanks(std::string_view text);
+
+/// `number` in decimal.
+std::string to_text(std::size_t number);
+
+} // namespace morvane

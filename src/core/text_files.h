@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/line_store.h"
+#include "core/services.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace morvane {
+
+class TextWriter;
+
+/// Reads a file whole. Throws RuntimeError.
+FileBytes read_bytes(Disk& disk, const std::string& path);
+
+/// Reads a text file into a line store, replacing it. Gives its element 0 (number of lines + 1).
+/// A missing file or a failure is shown to the user and gives 0; the store is then left as it was.
+std::size_t load_file2array(const Services& services, const std::string& path, LineStore& store);
+
+/// Writes elements 1 .. element 0 of a store, each as one line, in place of the file. The last
+/// of them is the spare, so the file ends with one more empty line than it was loaded with: this
+/// is intended. Throws RuntimeError; the old file is then whole.
+void save_array2file(Disk& disk, const std::string& path, const LineStore& store);
+
+/// load_file2array and save_array2file: the copy has CR LF line ends and the extra empty line.
+/// A load that fails shows its message, and nothing is written.
+void copy_text_file(const Services& services, const std::string& source,
+                    const std::string& destination);
+
+/// Copies every byte of `source` over the start of `destination`. The destination is not shortened:
+/// what an older, longer file holds behind the copied length stays in place.
+/// Throws RuntimeError; the old destination is then whole.
+void copy_file_bytes(Disk& disk, const std::string& source, const std::string& destination);
+
+/// Writes all bytes of a file from `offset` on; gives how many there were. Throws RuntimeError.
+std::uint64_t copy_bytes(Disk& disk, const std::string& path, TextWriter& out,
+                         std::uint64_t offset = 0);
+
+} // namespace morvane
