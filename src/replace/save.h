@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/open_set.h"
+#include "core/services.h"
+
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+class TextWriter;
+
+struct SaveResult {
+    bool saved = false;
+    std::vector<std::string> paths; // files written, the model file first
+};
+
+/// The Save command: writes the model file with the generated code merged in, and the frame file
+/// when Process changed it, under the base path `output`. Not saved, after a message box: saved
+/// before, nothing processed, or a run-time error; both files are then as they were.
+SaveResult save_set(const Services& services, OpenSet& set, const std::string& output);
+
+/// The lines of a record's generated code. Throws SubscriptOutOfRange when it has none.
+std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record);
+
+} // namespace morvane
