@@ -1,0 +1,272 @@
+#!/usr/bin/env python3
+"""Writes the source sets of the examples: a small airport and two aircraft.
+
+The sets have the shapes of real exports. Run it in this folder after a change of the scenes below;
+the files that it writes are committed, so nobody needs it to build or to use the program.
+"""
+
+import math
+from pathlib import Path
+
+HERE = Path(__file__).parent
+WHITE, RED, GREEN, BLUE = (1, 1, 1), (1, 0, 0), (0, 1, 0), (0, 0, 1)
+CYAN, MAGENTA, YELLOW, NONE = (0, 1, 1), (1, 0, 1), (1, 1, 0), (0, 0, 0)
+
+
+class Model:
+    """Materials, textures and draw blocks of one model file."""
+
+    def __init__(self, name):
+        self.name = name
+        self.materials, self.textures, self.vertices, self.blocks = [], [], [], []
+
+    def material(self, rgb, highlight=NONE):
+        self.materials.append((rgb, highlight))
+        return len(self.materials) - 1
+
+    def texture(self, files):
+        self.textures.append(files)
+        return len(self.textures) - 1
+
+    def block(self, material, corners, triangles, texture=None):
+        """Corners are (position, normal, texture place), metres; y is the height."""
+        first = len(self.vertices)
+        self.vertices += corners
+        self.blocks.append((material, texture, first, len(corners), triangles))
+
+    def markers(self, material, places, normal=(0.0, 1.0, 0.0), size=0.2, texture=None):
+        """One small triangle at each place; its first vertex is the place itself."""
+        corners, triangles = [], []
+        for x, y, z in places:
+            n = len(corners)
+            corners += [((x, y, z), normal, (0.0, 0.0)),
+                        ((x + size, y, z), normal, (1.0, 0.0)),
+                        ((x, y, z + size), normal, (0.0, 1.0))]
+            triangles.append((n, n + 1, n + 2))
+        self.block(material, corners, triangles, texture)
+
+    def quad(self, material, low, high, height, texture):
+        corners = [((x, height, z), (0.0, 1.0, 0.0), (u, v)) for x, z, u, v in
+                   [(low[0], low[1], 0.0, 0.0), (high[0], low[1], 1.0, 0.0),
+                    (high[0], high[1], 1.0, 1.0), (low[0], high[1], 0.0, 1.0)]]
+        self.block(material, corners, [(2, 0, 1), (3, 0, 2)], texture)
+
+    def wall(self, material, start, end, height, texture):
+        dx, dz = end[0] - start[0], end[1] - start[1]
+        length = math.hypot(dx, dz)
+        normal = (dz / length, 0.0, -dx / length)
+        corners = [((x, y, z), normal, (u, v)) for (x, z), y, u, v in
+                   [(start, 0.0, 0.0, 1.0), (end, 0.0, 1.0, 1.0),
+                    (end, height, 1.0, 0.0), (start, height, 0.0, 0.0)]]
+        self.block(material, corners, [(2, 0, 1), (3, 0, 2)], texture)
+
+    def lines(self):
+        yield f"; {self.name}_0.asm: model data"
+        yield ""
+        yield "BGL_BEGIN 0800h ; version = 8.00"
+        yield f"{self.name}_MASTER label BGLCODE"
+        yield from self.list_lines()
+        yield f"{self.name}_LOD_100 label BGLCODE"
+        for part, block in enumerate(self.blocks):
+            yield from self.block_lines(part, *block)
+        yield "    BGL_RETURN"
+        yield ""
+        yield f"{self.name}_END label BGLCODE"
+        yield "BGL_END"
+
+    def list_lines(self):
+        yield "    MATERIAL_LIST_BEGIN"
+        for n, (rgb, mark) in enumerate(self.materials):
+            color = ",".join(f"{part / 255:.6f}" for part in rgb)
+            shine = ",".join(f"{part:.6f}" for part in mark)
+            yield (f"    MATERIAL_DEF {color},1.000000,  {color},  {shine},"
+                   f"  0.000000,0.000000,0.000000,  0.000000 ; {n}")
+        yield "    MATERIAL_LIST_END"
+        yield ""
+        yield "    TEXTURE_LIST_BEGIN"
+        for n, files in enumerate(self.textures):
+            yield f"    TEXTURE_DEF <255,255,255,255>, 100.000000, \"{files[0]}\" ; {n}"
+        yield "    TEXTURE_LIST_END"
+        yield ""
+        yield "    VERTEX_LIST_BEGIN"
+        for n, corner in enumerate(self.vertices):
+            place, normal, uv = ((f"{value + 0.0:.6f}" for value in part) for part in corner)
+            yield f"    VERTEX_DEF {','.join(place)}, {','.join(normal)}, {','.join(uv)} ; {n}"
+        yield "    VERTEX_LIST_END"
+        yield ""
+
+    def block_lines(self, part, material, texture, first, count, triangles):
+        if texture is None:
+            yield f"    MATERIAL {material},0"
+        else:
+            files = ";".join(self.textures[texture])
+            yield f"    MATERIAL {material},{texture} ; <255,255,255,255> {files};;"
+        yield f"    DRAW_TRI_BEGIN {first}, {count}"
+        for n, corners in enumerate(triangles):
+            numbers = ",".join(f"{corner:4d}" for corner in corners)
+            yield f"    DRAW_TRI {numbers} ; poly={n} part={part}"
+        yield "    DRAW_TRI_END"
+        yield ""
+
+
+def spread(start, end, count, x, y=0.3):
+    step = (end - start) / (count - 1)
+    return [(x, y, start + n * step) for n in range(count)]
+
+
+def airport():
+    """A runway of 600 m along z with its lights, an apron, a terminal and a tower."""
+    model = Model("airport")
+    concrete = model.material((150, 150, 150))
+    asphalt = model.material((72, 72, 76))
+    edge = model.material((255, 255, 224), WHITE)
+    end_red = model.material((255, 0, 0), RED)
+    threshold = model.material((0, 255, 64), GREEN)
+    taxi_blue = model.material((32, 64, 255), BLUE)
+    wall = model.material((210, 200, 180))
+    strobe = model.material((240, 240, 255), WHITE)
+    obstruction = model.material((255, 48, 32), RED)
+    sock_north = model.material((255, 128, 0), CYAN)
+    sock_south = model.material((255, 255, 255), CYAN)
+    hangars = model.material((96, 96, 112), MAGENTA)
+    vehicles = model.material((230, 200, 0), MAGENTA)
+    chimney = model.material((64, 64, 64), YELLOW)
+    fountain = model.material((0, 192, 255), YELLOW)
+    guard = model.material((255, 191, 0), GREEN)
+    glass = model.material((40, 60, 70))
+
+    pavement = model.texture(["PAVE_01.BMP", "PAVE_01_LM.BMP"])
+    runway = model.texture(["RWY_18.BMP"])
+    terminal = model.texture(["TERM_01.BMP", "TERM_01_LM.BMP"])
+    gate = model.texture(["GATE_01.BMP"])
+    marks = model.texture(["MARKS.BMP", "MARKS_LM.BMP"])
+
+    model.quad(asphalt, (-15, -300), (15, 300), 0.05, runway)
+    model.quad(concrete, (40, -80), (140, 60), 0.05, pavement)
+    model.quad(asphalt, (15, -10), (40, 10), 0.05, pavement)
+    model.markers(edge, spread(-300, 300, 11, -16) + spread(-300, 300, 11, 16))
+    model.markers(end_red, [(x, 0.3, z) for z in (-302, 302) for x in (-12, -4, 4, 12)])
+    model.markers(threshold, [(x, 0.3, -304) for x in (-12.5, -7.5, -2.5, 2.5, 7.5, 12.5)],
+                  (0.0, 0.0, -1.0))
+    model.markers(taxi_blue, spread(-12, 12, 3, 20.25) + spread(-12, 12, 3, 38.75))
+    model.wall(wall, (100, 60), (60, 60), 9.0, terminal)
+    model.wall(wall, (60, 60), (60, 78), 9.0, gate)
+    model.markers(strobe, [(0.0, 1.5, -330.0 - 30 * n) for n in range(5)],
+                  (0.0, 0.087156, -0.996195))
+    model.markers(obstruction, [(120.0, 24.6, 70.0), (123.5, 24.6, 70.0), (121.75, 31.2, 71.5)])
+    model.block(sock_north, [((-40.0, 0.0, 250.0), (1.0, 0.0, 0.0), (0.0, 0.0)),
+                             ((-40.0, 6.5, 250.0), (1.0, 0.0, 0.0), (0.0, 1.0)),
+                             ((-40.0, 6.5, 252.4), (1.0, 0.0, 0.0), (1.0, 1.0))], [(2, 0, 1)], marks)
+    model.block(sock_south, [((-40.0, 5.25, -250.0), (1.0, 0.0, 0.0), (0.0, 1.0)),
+                             ((-38.5, 5.25, -250.0), (1.0, 0.0, 0.0), (1.0, 1.0)),
+                             ((-40.0, 0.25, -250.0), (1.0, 0.0, 0.0), (0.0, 0.0))], [(0, 1, 2)])
+    model.markers(hangars, [(70.0, 0.0, -70.0), (110.0, 0.0, -70.0)])
+    model.markers(vehicles, [(62.5, 0.05, 40.0), (66.25, 0.05, 41.5), (71.0, 0.05, 38.75)],
+                  texture=marks)
+    # Drawn a second time below, with a texture: only the first place is rewritten.
+    model.markers(guard, [(17.5, 0.6, -11.5), (17.5, 0.6, 11.5)], (-1.0, 0.0, 0.0))
+    model.markers(chimney, [(95.0, 14.0, 75.0)])
+    model.markers(fountain, [(85.0, 0.1, 50.0), (88.0, 0.1, 50.0)])
+    model.quad(guard, (16.5, -11), (17.0, 11), 0.06, pavement)
+    model.wall(glass, (124, 68), (118, 68), 24.0, gate)
+    return model
+
+
+def aircraft(name):
+    """A wing with its lamps and a beacon on the fin; metres, z forward."""
+    model = Model(name)
+    paint = model.material((235, 235, 240))
+    left = model.material((255, 0, 0), RED)
+    right = model.material((0, 255, 0), GREEN)
+    beacon = model.material((255, 32, 16), YELLOW)
+    strobe = model.material((255, 255, 255), WHITE)
+    skin = model.texture(["SKIN_01.BMP", "SKIN_01_L.BMP"])
+    model.quad(paint, (-5.5, -0.7), (5.5, 0.9), 0.8, skin)
+    model.markers(left, [(-5.55, 0.82, 0.6)], (-0.866025, 0.0, 0.5), 0.04)
+    model.markers(right, [(5.55, 0.82, 0.6)], (0.866025, 0.0, 0.5), 0.04)
+    model.markers(beacon, [(0.0, 2.31, -4.2)], (0.0, 1.0, 0.0), 0.05)
+    model.markers(strobe, [(-5.58, 0.82, 0.2), (5.58, 0.82, 0.2)], (0.0, 0.0, 1.0), 0.04)
+    return model
+
+
+def hex_word(value):
+    return f"0{value & 0xFFFFFFFF:X}h"
+
+
+def airport_frame():
+    latitude = 48.315 / 360 * 40007000
+    longitude = (360 - 4.4275) / 360 * 2**32
+    yield "; airport.asm: object frame"
+    yield ""
+    yield "    include C:\\GMAX\\GAMEPACKS\\FS2002\\INCLUDE\\BGL.INC"
+    yield "    include C:\\GMAX\\GAMEPACKS\\FS2002\\INCLUDE\\MORVANE.INC"
+    yield ""
+    yield "object_0 label BGLCODE"
+    yield (f"    SCALE_AGL airport_skip,0,0A0h,65536,{hex_word(int(latitude))},"
+           f"{hex_word(int(latitude % 1 * 65536))},{hex_word(int(longitude))},"
+           f"{hex_word(int(longitude % 1 * 65536))},0,0")
+    yield "    INSTANCE_CALL airport_MASTER,0,0,02000h"
+    yield "airport_skip label BGLCODE"
+    yield "    BGL_RETURN"
+    yield ""
+    yield "    include C:\\GMAX\\EXPORT\\airport_0.asm"
+    yield ""
+    yield "    END"
+
+
+def aircraft_frame(name, dictionary):
+    yield f"; {name}.asm: model frame"
+    yield ""
+    yield "    include C:\\GMAX\\GAMEPACKS\\FS2002\\INCLUDE\\MDL.INC"
+    yield ""
+    yield "model_header label dword"
+    yield "    db  'M','D','L','8'"
+    yield "    dd  (model_end) - (model_header)"
+    yield "visual_model_header label dword"
+    yield from dictionary
+    yield ""
+    yield "model_outside label BGLCODE"
+    yield f"    include C:\\GMAX\\EXPORT\\{name}_0.asm"
+    yield ""
+    yield "model_end label dword"
+    yield "    END"
+
+
+OPEN_HEADER = ["    dd  0"]
+FULL_HEADER = [
+    "    dd  param_extension_dictionary - visual_model_header",
+    "    dd   160",
+    "    db  'F','S','8','0'",
+    "    dd  2048",
+    "visual_model_header_end  label dword",
+    "",
+    "    db  'D','I','C','T'",
+    "param_extension_dictionary     label dword",
+    "    dd (param_extension_dictionary_end) - (param_extension_dictionary) - 4",
+    "    dict_0_gearPosition equ 136",
+    "    dd 2,136,8, 01C6B2F40h, 04A7D91E3h, 0B2C80D5Fh, 0E19A3476h",
+    "    dict_0_flapsAngle equ 144",
+    "    dd 2,144,8, 07D30E5A9h, 04B51C8F2h, 09E06A37Dh, 05F84B21Ch",
+    "    dict_g_propSpeed equ 152",
+    "    dd 2,152,8, 0A84F16D7h, 04F93BE05h, 0A6D1792Ch, 03C58E0F4h",
+    "param_extension_dictionary_end     label dword",
+]
+
+
+def write(path, lines):
+    path.parent.mkdir(exist_ok=True)
+    path.write_bytes("".join(line + "\r\n" for line in lines).encode("cp1252"))
+
+
+def main():
+    folder = HERE / "airport"
+    write(folder / "airport_0.asm", airport().lines())
+    write(folder / "airport.asm", airport_frame())
+    for name, header in [("aircraft-lights", OPEN_HEADER), ("aircraft-dictionary", FULL_HEADER)]:
+        stem = name.replace("-", "_")
+        write(HERE / name / f"{stem}_0.asm", aircraft(stem).lines())
+        write(HERE / name / f"{stem}.asm", aircraft_frame(stem, header))
+
+
+if __name__ == "__main__":
+    main()
