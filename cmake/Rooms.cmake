@@ -1,6 +1,11 @@
 # One function makes a room's library, one its tests, so that warnings, include paths and
 # sanitizers are the same everywhere.
 
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
 add_library(morvane_options INTERFACE)
 target_include_directories(morvane_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(morvane_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
