@@ -10,8 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 namespace morvane {
 
@@ -56,8 +54,6 @@ class Rewriting {
     void comment_out();
     void next_line() { ++line_; }
 
-    /// Takes all comments back and forgets the lines written.
-    void undo();
     /// Forgets the lines written; the comments stay.
     void forget_code();
 
@@ -69,7 +65,6 @@ class Rewriting {
     std::size_t counter_ = 0;
     double first_vertex_ = 0;
     std::size_t old_base_;
-    std::vector<std::pair<std::size_t, std::string>> commented_; // with the text before
 };
 
 /// What distinguishes one kind of object from another while a block is walked.
@@ -102,8 +97,8 @@ std::unique_ptr<KindWriter> make_library_new(const LibraryParameters& parameters
 /// and when `trace_folder` names one, "bgl_code.txt" and "bgl_new_code.txt" are written there.
 ///
 /// Gives the number of buffer lines used; nothing when a windsock's triangle was flat, after its
-/// message box (lines commented out so far stay so, the buffer is as before). Throws RuntimeError;
-/// then the set is as it was before.
+/// message box (lines commented out so far stay so, the buffer is as before). Throws RuntimeError
+/// on the way, and then leaves it to the caller to put the set back.
 std::optional<std::size_t> rewrite_material(const Services& services, OpenSet& set, std::size_t row,
                                             Kind kind, const Parameters& parameters,
                                             const std::optional<std::string>& trace_folder = {});

@@ -20,6 +20,10 @@ struct SaveResult {
 /// before, nothing processed, or a run-time error; both files are then as they were.
 SaveResult save_set(const Services& services, OpenSet& set, const std::string& output);
 
+/// Writes the model store with each record's generated code before its insertion line. The records
+/// must be in ascending order. Throws SubscriptOutOfRange for a record without code.
+void write_merged_model(const OpenSet& set, TextWriter& out);
+
 /// The lines of a record's generated code. Throws SubscriptOutOfRange when it has none.
 std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record);
 

@@ -1,0 +1,94 @@
+#include "replace/save.h"
+
+#include "core/errors.h"
+#include "core/paths.h"
+#include "core/replace_files.h"
+#include "core/reporter.h"
+#include "core/source_set.h"
+#include "core/text_writer.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+bool is_refused(const OpenSet& set, Reporter& reporter) {
+    if (set.saved) {
+        reporter.message_box(
+            "This file has already been saved. Reload or restore to continue modifications");
+        return true;
+    }
+    if (set.records.empty()) {
+        reporter.message_box("No material matches");
+        return true;
+    }
+    return false;
+}
+
+// The frame file comes first and the model file last, so that whoever finds the new model file
+// finds a frame file that fits.
+std::vector<FileReplacement> replacements(const OpenSet& set, const std::string& output) {
+    std::vector<FileReplacement> files;
+    if (set.frame_changed) {
+        files.push_back({frame_file_name(output),
+                         [&set](TextWriter& out) { out.lines(set.frame, 1, set.frame.upper()); }});
+    }
+    files.push_back(
+        {model_file_name(output), [&set](TextWriter& out) { write_merged_model(set, out); }});
+    return files;
+}
+
+} // namespace
+
+std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record) {
+    const auto first = std::find_if(set.generated.begin(), set.generated.end(),
+                                    [&](const GeneratedRow& row) { return row.tag == record.tag; });
+    if (first == set.generated.end()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
+                           "a processed material has no generated code");
+    }
+    std::vector<std::string> lines;
+    for (auto row = first; row != set.generated.end() && row->tag == record.tag; ++row) {
+        lines.push_back(row->text);
+    }
+    return lines;
+}
+
+void write_merged_model(const OpenSet& set, TextWriter& out) {
+    std::size_t next = 1;
+    for (const ReplacementRecord& record : set.records) {
+        out.lines(set.model, next, record.insertion_line - 1);
+        for (const std::string& line : generated_lines(set, record)) {
+            out.line(line);
+        }
+        next = record.insertion_line;
+    }
+    out.lines(set.model, next, set.model.upper());
+}
+
+SaveResult save_set(const Services& services, OpenSet& set, const std::string& output) {
+    if (is_refused(set, services.reporter)) {
+        return {};
+    }
+    SaveResult result;
+    try {
+        const std::vector<FileReplacement> files = replacements(set, output);
+        replace_files(services.disk, files);
+        for (auto file = files.rbegin(); file != files.rend(); ++file) {
+            result.paths.push_back(file->path);
+        }
+    } catch (const RuntimeError& error) {
+        report_error(services.reporter, error, "ERROR : ", ": ");
+        return {};
+    }
+    set.saved = true;
+    result.saved = true;
+    services.reporter.add_message("Done. ");
+    services.reporter.message_box("Finished. Use 'bglc /bgl " + file_name_part(output) +
+                                      ".asm' to compile.",
+                                  Icon::Information);
+    return result;
+}
+
+} // namespace morvane
