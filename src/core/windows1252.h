@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace morvane {
+
+/// Source files hold Windows-1252, settings written by hand and JSON hold UTF-8. The five byte
+/// values that Windows-1252 leaves open (81, 8D, 8F, 90, 9D) stand for the control characters of
+/// the same number, so that every byte survives the way there and back.
+
+/// Never fails: every byte is a character.
+std::string to_utf8(std::string_view windows1252);
+
+/// Nothing when the text is not UTF-8 or holds a character that Windows-1252 lacks.
+std::optional<std::string> from_utf8(std::string_view utf8);
+
+/// How many bytes from the start on are well-formed UTF-8; the text's size when all are.
+std::size_t valid_utf8_length(std::string_view text);
+
+/// The first character of well-formed UTF-8 that Windows-1252 lacks, as it stands in the text;
+/// empty when there is none.
+std::string_view first_foreign_character(std::string_view utf8);
+
+} // namespace morvane

@@ -1,0 +1,65 @@
+#include "core/windows1252.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane {
+namespace {
+
+TEST(Windows1252, PlainTextIsTheSameInBoth) {
+    EXPECT_EQ(to_utf8("Hangar 1"), "Hangar 1");
+    EXPECT_EQ(from_utf8("Hangar 1"), "Hangar 1");
+    EXPECT_EQ(from_utf8(""), "");
+}
+
+TEST(Windows1252, LettersWithAccentsTakeTwoBytesInUtf8) {
+    EXPECT_EQ(to_utf8("Z\xFCrich"), "Z\xC3\xBCrich");
+    EXPECT_EQ(from_utf8("Z\xC3\xBCrich"), "Z\xFCrich");
+}
+
+TEST(Windows1252, TheBytesOfItsOwnStandForTheirCharacters) {
+    EXPECT_EQ(to_utf8("\x80"), "\xE2\x82\xAC");     // the euro sign
+    EXPECT_EQ(to_utf8("\x85"), "\xE2\x80\xA6");     // an ellipsis
+    EXPECT_EQ(to_utf8("\x99"), "\xE2\x84\xA2");     // the trade mark sign
+    EXPECT_EQ(to_utf8("\x9F"), "\xC5\xB8");         // Y with diaeresis
+    EXPECT_EQ(from_utf8("\xE2\x80\x93"), "\x96");   // an en dash
+    EXPECT_EQ(from_utf8("\xC2\x80"), std::nullopt); // the control character 80 has no byte
+    EXPECT_EQ(from_utf8("\xC2\x81"), std::string("\x81"));
+}
+
+TEST(Windows1252, EveryByteSurvivesTheWayThereAndBack) {
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte) {
+        all += static_cast<char>(byte);
+    }
+    const std::string utf8 = to_utf8(all);
+    EXPECT_EQ(valid_utf8_length(utf8), utf8.size());
+    EXPECT_EQ(first_foreign_character(utf8), "");
+    EXPECT_EQ(from_utf8(utf8), all);
+}
+
+TEST(Windows1252, CharactersThatItLacksAreNamed) {
+    EXPECT_EQ(from_utf8("Pra\xC5\x88"), std::nullopt);
+    EXPECT_EQ(first_foreign_character("Pra\xC5\x88 x"), "\xC5\x88");
+    EXPECT_EQ(first_foreign_character("\xF0\x9F\x9B\xA9"), "\xF0\x9F\x9B\xA9");
+}
+
+TEST(Windows1252, TextThatIsNoUtf8IsFoundOut) {
+    for (const std::string text : {
+             "\xFC",             // a letter of Windows-1252
+             "\x80",             // a following byte without a first one
+             "\xC3",             // cut off
+             "\xE2\x82",         // cut off
+             "\xC0\xAF",         // longer than needed
+             "\xE0\x80\xAF",     // longer than needed
+             "\xED\xA0\x80",     // half of a pair
+             "\xF4\x90\x80\x80", // beyond the last character
+             "\xC3(",            // not followed up
+         }) {
+        EXPECT_EQ(valid_utf8_length("ab" + text), 2U) << text;
+        EXPECT_EQ(from_utf8(text), std::nullopt);
+    }
+    EXPECT_EQ(valid_utf8_length("\xF0\x9F\x9B\xA9"), 4U);
+}
+
+} // namespace
+} // namespace morvane
