@@ -1,0 +1,29 @@
+#include "recipe/apply_recipe.h"
+
+#include "core/reporter.h"
+#include "core/text.h"
+#include "replace/process.h"
+
+namespace morvane {
+
+ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& recipe,
+                         const RecipePlan& plan, const std::optional<std::string>& trace_folder) {
+    ApplyResult result;
+    for (const PlannedStep& step : plan.steps) {
+        const Assignment& assignment = recipe.assignments.at(step.assignment);
+        const ProcessResult processed = process_material(services, set, step.row, assignment.kind,
+                                                         assignment.parameters, trace_folder);
+        if (!processed.processed) {
+            add_note(services.reporter, "material " + to_text(step.row) + " (" + recipe.file +
+                                            ", line " + to_text(assignment.source_line) +
+                                            ") was not processed.");
+            return result;
+        }
+        result.processed.push_back({step.row, assignment.kind, processed.lines});
+    }
+    services.reporter.add_message("Materials left as they are : " + to_text(set.unprocessed()));
+    result.ok = true;
+    return result;
+}
+
+} // namespace morvane

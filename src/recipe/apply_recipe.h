@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/open_set.h"
+#include "core/services.h"
+#include "recipe/recipe.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+/// One Process command of a recipe.
+struct PlannedStep {
+    std::size_t assignment = 0; // position in the recipe, from 0
+    std::size_t row = 0;        // of the list of marked materials, from 1
+
+    bool operator==(const PlannedStep&) const = default;
+};
+
+struct RecipePlan {
+    std::vector<PlannedStep> steps;  // in the order in which they are to be done
+    std::size_t left = 0;            // unprocessed materials that no assignment names
+    std::vector<std::string> errors; // naming file and line; then the plan must not be carried out
+};
+
+/// Which material falls to which assignment: the assignments in their order, and within one the
+/// matching materials, in list order, that are unprocessed and fell to none before. An assignment
+/// that is left without any is an error.
+RecipePlan plan_recipe(const OpenSet& set, const Recipe& recipe);
+
+struct ProcessedMaterial {
+    std::size_t row = 0;
+    Kind kind = Kind::Lights;
+    std::size_t lines = 0; // lines of new code
+};
+
+struct ApplyResult {
+    bool ok = false;
+    std::vector<ProcessedMaterial> processed;
+};
+
+/// Processes every step of a plan without errors, and at the end tells the log how many materials
+/// are left as they are. Stops at the first that is not processed, after that one's own message
+/// box and a note naming the assignment; what was processed before it stays so.
+/// `trace_folder`: as for process_material.
+ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& recipe,
+                         const RecipePlan& plan,
+                         const std::optional<std::string>& trace_folder = {});
+
+} // namespace morvane

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace morvane {
+
+/// Where something stands in a text: line and column from 1, the column in characters.
+struct Place {
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+
+/// Collects what is wrong in a document, to be told in the order of its lines.
+class DocumentErrors {
+  public:
+    DocumentErrors(std::string file, std::string_view text);
+
+    void add(Place place, std::string message);
+    bool empty() const { return found_.empty(); }
+    /// Each error as "FILE, line N: message", the line itself, and a caret under the place, parted
+    /// by "\n". Only the first 50, and then how many more there are.
+    std::vector<std::string> texts() const;
+
+  private:
+    struct Found {
+        Place place;
+        std::string message;
+    };
+
+    std::string render(const Found& found) const;
+
+    std::string file_;
+    std::vector<std::string_view> lines_;
+    std::vector<Found> found_;
+};
+
+/// The lines of a document, without their ends.
+std::vector<std::string_view> document_lines(std::string_view text);
+
+/// Line and column of a byte of the text.
+Place place_of(std::string_view text, std::size_t offset);
+
+} // namespace morvane
