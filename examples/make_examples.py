@@ -131,7 +131,7 @@ def airport():
     hangars = model.material((96, 96, 112), MAGENTA)
     vehicles = model.material((230, 200, 0), MAGENTA)
     chimney = model.material((64, 64, 64), YELLOW)
-    fountain = model.material((0, 192, 255), YELLOW)
+    statues = model.material((180, 160, 120), MAGENTA)
     guard = model.material((255, 191, 0), GREEN)
     glass = model.material((40, 60, 70))
 
@@ -166,7 +166,7 @@ def airport():
     # Drawn a second time below, with a texture: only the first place is rewritten.
     model.markers(guard, [(17.5, 0.6, -11.5), (17.5, 0.6, 11.5)], (-1.0, 0.0, 0.0))
     model.markers(chimney, [(95.0, 14.0, 75.0)])
-    model.markers(fountain, [(85.0, 0.1, 50.0), (88.0, 0.1, 50.0)])
+    model.markers(statues, [(85.0, 0.1, 50.0), (88.0, 0.1, 50.0)])
     model.quad(guard, (16.5, -11), (17.0, 11), 0.06, pavement)
     model.wall(glass, (124, 68), (118, 68), 24.0, gate)
     return model
