@@ -1,0 +1,106 @@
+#include "set_fixture.h"
+
+#include <gmock/gmock.h>
+
+namespace morvane::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+const std::string first_light = "    BGL_LIGHT LIGHT_STROBE, 0.000000, 0.000000, 0.000000, 100 "
+                                ",0.4, 0.04, 0FFFF8000h, 0.000000, 1.000000, 0.000000";
+
+class LightsTest : public SetTest {
+  protected:
+    void SetUp() override {
+        MadeMaterial plain;
+        plain.triangles = {"0, 1, 2", "1, 2, 0"};
+        open(make_model({plain, plain, plain}));
+        parameters.lights.LightVariable = "beacnt";
+    }
+};
+
+TEST_F(LightsTest, DayFormOfTheThirdMaterial) {
+    parameters.lights.DayFlag = true;
+    const ProcessResult result = process(3, Kind::Lights);
+    EXPECT_EQ(result.lines, 3U);
+    EXPECT_THAT(
+        new_code(),
+        ElementsAre("    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL", "    IFIN1 LBL3b, tod, 1,1",
+                    "    BGL_JUMP_32 LBL3a", "LBL3b label BGLCODE",
+                    "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL", "    IFMSK LBL3,beacnt, 0CCCCh",
+                    "    BGL_JUMP_32 LBL3a", "LBL3 label BGLCODE", first_light,
+                    "    BGL_LIGHT LIGHT_STROBE, 1.000000, 10.000000, 0.000000, 100 ,0.4, 0.04, "
+                    "0FFFF8000h, 0.000000, 1.000000, 0.000000",
+                    "LBL3a label BGLCODE"));
+}
+
+TEST_F(LightsTest, NeitherFlagLeavesTheFirstLineAsItIs) {
+    process(1, Kind::Lights);
+    EXPECT_EQ(set.new_code.lines[1], "");
+    EXPECT_EQ(set.new_code.lines[2], ";");
+    EXPECT_EQ(set.new_code.lines[3], ";");
+    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1,beacnt, 0CCCCh");
+    EXPECT_EQ(set.new_code.lines[7], "    BGL_JUMP_32 LBL1a");
+}
+
+TEST_F(LightsTest, AircraftFormTestsTheSwitchBit) {
+    parameters.lights.AircraftFlag = true;
+    process(2, Kind::Lights);
+    EXPECT_EQ(set.new_code.lines[1], ";   No globals needed !!!! ");
+    EXPECT_EQ(set.new_code.lines[2], "    IFMSK LBL2a, dict_g_lightStates , 16");
+    EXPECT_EQ(set.new_code.lines[3], ";");
+    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL2a,beacnt, 0CCCCh");
+    EXPECT_EQ(set.new_code.lines[7], ";");
+}
+
+TEST_F(LightsTest, BothFlagsMixTheDayFormAndTheAircraftForm) {
+    parameters.lights.DayFlag = true;
+    parameters.lights.AircraftFlag = true;
+    process(1, Kind::Lights);
+    EXPECT_EQ(set.new_code.lines[1], "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
+    EXPECT_EQ(set.new_code.lines[2], "    IFIN1 LBL1b, tod, 1,1");
+    EXPECT_EQ(set.new_code.lines[3], "    BGL_JUMP_32 LBL1a");
+    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1a,beacnt, 0CCCCh");
+    EXPECT_EQ(set.new_code.lines[7], ";");
+}
+
+TEST_F(LightsTest, AMaskOfMinusOneIsWrittenAsItStands) {
+    parameters.lights.FlashMask = "-1";
+    process(1, Kind::Lights);
+    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1,beacnt, 0-1h");
+}
+
+TEST_F(LightsTest, ThePanelLightIsWrittenWithItsStarsAndBitZero) {
+    parameters.lights.LightType = "*LIGHT_PANEL*";
+    parameters.lights.AircraftFlag = true;
+    process(1, Kind::Lights);
+    EXPECT_EQ(set.new_code.lines[2], "    IFMSK LBL1a, dict_g_lightStates , 0");
+    EXPECT_EQ(set.new_code.lines[9].rfind("    BGL_LIGHT *LIGHT_PANEL*, ", 0), 0U);
+}
+
+TEST_F(LightsTest, EmptyTextsBecomeEmptyOperands) {
+    parameters.lights = {"LIGHT_NAV", "", "", "", "", "", false, false};
+    process(1, Kind::Lights);
+    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1,, 0h");
+    EXPECT_EQ(set.new_code.lines[9],
+              "    BGL_LIGHT LIGHT_NAV, 0.000000, 0.000000, 0.000000,  ,, , 0FFFF8000h, 0.000000, "
+              "1.000000, 0.000000");
+}
+
+TEST(LightTypes, SwitchBitsSkip32) {
+    EXPECT_EQ(light_switch_bit("LIGHT_NAV"), 1);
+    EXPECT_EQ(light_switch_bit("LIGHT_BEACON"), 2);
+    EXPECT_EQ(light_switch_bit("LIGHT_LANDING"), 4);
+    EXPECT_EQ(light_switch_bit("LIGHT_TAXI"), 8);
+    EXPECT_EQ(light_switch_bit("LIGHT_STROBE"), 16);
+    EXPECT_EQ(light_switch_bit("LIGHT_RECOGNITION"), 64);
+    EXPECT_EQ(light_switch_bit("LIGHT_WING"), 128);
+    EXPECT_EQ(light_switch_bit("LIGHT_LOGO"), 256);
+    EXPECT_EQ(light_switch_bit("LIGHT_NONE"), 0);
+    EXPECT_EQ(light_switch_bit("*LIGHT_PANEL*"), 0);
+    EXPECT_EQ(dialog_panel_light_type.switch_bit, 32);
+}
+
+} // namespace
+} // namespace morvane::test
