@@ -70,7 +70,16 @@ void put_into_place(Disk& disk, Target& target) {
         target.touched = true;
     }
     target.temporary.clear();
-    disk.sync_folder(std::filesystem::path(target.path).parent_path().string());
+}
+
+// All files are in their places by now. To report that a folder cannot be synced would say that
+// they are not, and to put them back could lose the one whose old content was not kept.
+void sync_folder_quietly(Disk& disk, const Target& target) {
+    try {
+        disk.sync_folder(std::filesystem::path(target.path).parent_path().string());
+    } catch (const RuntimeError&) {
+        return;
+    }
 }
 
 void restore_old_content(Disk& disk, Target& target) {
@@ -133,6 +142,7 @@ void replace_files(Disk& disk, const std::vector<FileReplacement>& files) {
         throw;
     }
     for (const Target& target : targets) {
+        sync_folder_quietly(disk, target);
         remove_quietly(disk, target.kept);
     }
 }
