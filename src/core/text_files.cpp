@@ -39,12 +39,14 @@ void save_array2file(Disk& disk, const std::string& path, const LineStore& store
     replace_file(disk, path, [&](TextWriter& out) { out.lines(store, 1, store.upper()); });
 }
 
-void copy_text_file(const Services& services, const std::string& source,
+bool copy_text_file(const Services& services, const std::string& source,
                     const std::string& destination) {
     LineStore store;
-    if (load_file2array(services, source, store) != 0) {
-        save_array2file(services.disk, destination, store);
+    if (load_file2array(services, source, store) == 0) {
+        return false;
     }
+    save_array2file(services.disk, destination, store);
+    return true;
 }
 
 std::uint64_t copy_bytes(Disk& disk, const std::string& path, TextWriter& out,

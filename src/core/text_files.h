@@ -24,8 +24,8 @@ std::size_t load_file2array(const Services& services, const std::string& path, L
 void save_array2file(Disk& disk, const std::string& path, const LineStore& store);
 
 /// load_file2array and save_array2file: the copy has CR LF line ends and the extra empty line.
-/// A load that fails shows its message, and nothing is written.
-void copy_text_file(const Services& services, const std::string& source,
+/// A load that fails shows its message, and nothing is written: then false.
+bool copy_text_file(const Services& services, const std::string& source,
                     const std::string& destination);
 
 /// Copies every byte of `source` over the start of `destination`. The destination is not shortened:
