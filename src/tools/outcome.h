@@ -1,0 +1,8 @@
+#pragma once
+
+namespace morvane {
+
+/// How a command ended. What went wrong has then been told to the user.
+enum class Outcome { Done, Declined, Failed };
+
+} // namespace morvane

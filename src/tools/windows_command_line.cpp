@@ -1,0 +1,55 @@
+#include "tools/windows_command_line.h"
+
+#include "core/paths.h"
+#include "core/source_set.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+bool is_plain(char c) {
+    constexpr std::string_view others = "\\/:._-+";
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+           others.find(c) != std::string_view::npos;
+}
+
+// Inside quotes only "%" still acts; a caret outside of them stops it from naming a variable. A
+// quote cannot be part of a name on Windows, and is left out.
+std::string quoted(std::string_view text) {
+    if (!text.empty() && std::all_of(text.begin(), text.end(), is_plain)) {
+        return std::string(text);
+    }
+    std::string result = "\"";
+    for (const char c : text) {
+        if (c == '%') {
+            result += "\"^%\"";
+        } else if (c != '"') {
+            result += c;
+        }
+    }
+    return result + "\"";
+}
+
+} // namespace
+
+std::string windows_command_line(const ProgramCall& call, std::string_view output_file) {
+    std::string line;
+    for (const std::string& argument : call.arguments) {
+        line += quoted(argument) + " ";
+    }
+    return line + "> " + quoted(output_file);
+}
+
+std::string windows_compile_line(std::string_view base, std::string_view program_folder) {
+    return windows_command_line({{folder_part(base) + "\\bglc", "/bgl", frame_file_name(base)}},
+                                std::string(program_folder) + "\\comp.txt");
+}
+
+std::string windows_interpreter_line(std::string_view command_line) {
+    // No start-up commands, no expansion of "!", and only the outermost quotes are taken off.
+    return "cmd.exe /d /v:off /s /c \"" + std::string(command_line) + "\"";
+}
+
+} // namespace morvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "tools/launch.h"
+
+#include <string>
+#include <string_view>
+
+namespace morvane {
+
+/// The line by which the command interpreter of Windows runs a program with its output in a file:
+/// `PROGRAM ARGUMENTS > FILE`. Whatever is no plain name is quoted, so that blanks stay inside and
+/// no character of a path acts on the interpreter.
+std::string windows_command_line(const ProgramCall& call, std::string_view output_file);
+
+/// The compiler's line for a set: `FOLDER\bglc /bgl BASE.asm > PROGRAM_FOLDER\comp.txt`. A base
+/// without a folder gives `\bglc`, the root of the current drive.
+std::string windows_compile_line(std::string_view base, std::string_view program_folder);
+
+/// The interpreter's own command line around such a line.
+std::string windows_interpreter_line(std::string_view command_line);
+
+} // namespace morvane
