@@ -1,0 +1,82 @@
+#include "cli/console_reporter.h"
+
+#include <cstdio>
+#include <iostream>
+#include <unistd.h>
+
+namespace morvane::cli {
+
+namespace {
+
+const char* icon_name(Icon icon) {
+    switch (icon) {
+    case Icon::Critical:
+        return "critical";
+    case Icon::Exclamation:
+        return "exclamation";
+    case Icon::Information:
+        return "information";
+    case Icon::Question:
+        return "question";
+    case Icon::None:
+        break;
+    }
+    return "message";
+}
+
+} // namespace
+
+void ConsoleReporter::message_box(std::string_view text, Icon icon) {
+    end_progress();
+    std::cerr << '[' << icon_name(icon) << "] " << text << std::endl;
+}
+
+bool ConsoleReporter::ask(std::string_view text, Icon /*icon*/, std::string_view /*title*/) {
+    end_progress();
+    std::cerr << "[question] " << text << std::endl;
+    if (answer_ != Answer::Ask) {
+        return answer_ == Answer::Yes;
+    }
+    if (isatty(STDIN_FILENO) == 0) {
+        return false;
+    }
+    std::cerr << "Yes or no? [y/N] " << std::flush;
+    std::string line;
+    std::getline(std::cin, line);
+    return !line.empty() && (line.front() == 'y' || line.front() == 'Y');
+}
+
+bool ConsoleReporter::progress(std::string_view what, std::size_t done, std::size_t total) {
+    if (isatty(STDERR_FILENO) != 0) {
+        std::cerr << '\r' << what << ' ' << done;
+        if (total > 0) {
+            std::cerr << " of " << total;
+        }
+        std::cerr << "\x1b[K" << std::flush;
+        progress_shown_ = true;
+    }
+    return true;
+}
+
+void ConsoleReporter::end_progress() {
+    if (progress_shown_) {
+        std::cerr << "\r\x1b[K" << std::flush;
+        progress_shown_ = false;
+    }
+}
+
+void ConsoleReporter::print_log() const {
+    for (const std::string& message : messages_) {
+        std::cout << message << '\n';
+    }
+}
+
+void ConsoleReporter::print_notes() const {
+    for (const std::string& message : messages_) {
+        if (message.starts_with("Note: ")) {
+            std::cerr << message << '\n';
+        }
+    }
+}
+
+} // namespace morvane::cli

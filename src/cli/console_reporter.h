@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/reporter.h"
+
+#include <string>
+#include <vector>
+
+namespace morvane::cli {
+
+/// How questions are answered: by the options --yes and --no, else by the user at the terminal.
+enum class Answer { Ask, Yes, No };
+
+/// Message boxes and questions go to standard error as they come; the log is kept until the
+/// command is done.
+class ConsoleReporter final : public Reporter {
+  public:
+    void set_answer(Answer answer) { answer_ = answer; }
+    /// The message log, oldest first.
+    const std::vector<std::string>& messages() const { return messages_; }
+
+    void add_message(std::string_view text) override { messages_.emplace_back(text); }
+    void clear_messages() override { messages_.clear(); }
+    void message_box(std::string_view text, Icon icon) override;
+    bool ask(std::string_view text, Icon icon, std::string_view title) override;
+    bool progress(std::string_view what, std::size_t done, std::size_t total) override;
+
+    /// Prints the log's lines to standard output.
+    void print_log() const;
+    /// Prints the log's hints to standard error, for commands whose output is something else.
+    void print_notes() const;
+    /// Wipes the progress line, if there is one.
+    void end_progress();
+
+  private:
+    std::vector<std::string> messages_;
+    Answer answer_ = Answer::Ask;
+    bool progress_shown_ = false;
+};
+
+} // namespace morvane::cli

@@ -1,0 +1,73 @@
+#include "cli/cli.h"
+#include "core/errors.h"
+#include "core/version.h"
+
+#include <cstdio>
+#include <iostream>
+#include <new>
+
+namespace {
+
+using namespace morvane;
+using namespace morvane::cli;
+
+void add_common_options(CLI::App& app, Cli& cli) {
+    app.set_version_flag("--version", "morvane-cli " + std::string(version_caption),
+                         "Print the version and leave");
+    app.set_help_flag("-h,--help", "Print this help and leave");
+    app.add_option("--program-folder", cli.program_folder_option,
+                   "Folder of settings, scratch and report files")
+        ->type_name("DIR");
+    app.add_flag("--json", cli.json, "Print one JSON document instead of text");
+    auto* yes = app.add_flag_callback(
+        "--yes", [&cli] { cli.reporter.set_answer(Answer::Yes); }, "Answer all questions with Yes");
+    app.add_flag_callback(
+           "--no", [&cli] { cli.reporter.set_answer(Answer::No); }, "Answer all questions with No")
+        ->excludes(yes);
+}
+
+void add_commands(CLI::App& app, Cli& cli) {
+    add_inspect_command(app, cli);
+    add_process_command(app, cli);
+}
+
+int report_failure(const std::string& text) {
+    std::cerr << "[message] " << text << '\n';
+    return failed;
+}
+
+int run(int argc, char** argv) {
+    Cli cli;
+    CLI::App app("Turns marked triangles of gmax exports into lights, effects, windsocks and "
+                 "library objects",
+                 "morvane-cli");
+    app.require_subcommand(1);
+    app.fallthrough();
+    add_common_options(app, cli);
+    add_commands(app, cli);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? done : wrong;
+    }
+    return cli.status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    int status = failed;
+    try {
+        std::ios::sync_with_stdio(false);
+        status = run(argc, argv);
+    } catch (const RuntimeError& error) {
+        status = report_failure(error.what());
+    } catch (const std::bad_alloc&) {
+        status = report_failure("7 : Out of memory");
+    }
+    std::cout.flush();
+    if (!std::cout && status == done) {
+        status = report_failure("The output could not be written.");
+    }
+    return status;
+}
