@@ -43,37 +43,50 @@ std::string mast_color_problem(std::string_view text) {
     return wrong_length(text, mast_color_length);
 }
 
-// clang-format off
-#define MORVANE_PLACE(group, name) [](Parameters& p) -> auto& { return p.group.name; }
-// clang-format on
+// Where a parameter of a group lies.
+template <auto Group, auto Member>
+auto& place(Parameters& parameters) {
+    return parameters.*Group.*Member;
+}
+
+template <auto Member>
+constexpr auto light = place<&Parameters::lights, Member>;
+template <auto Member>
+constexpr auto effect = place<&Parameters::effects, Member>;
+template <auto Member>
+constexpr auto sock = place<&Parameters::windsock, Member>;
+template <auto Member>
+constexpr auto call = place<&Parameters::library, Member>;
+
+using Light = LightParameters;
+using Effect = EffectParameters;
+using Sock = WindsockParameters;
+using Call = LibraryParameters;
 
 const std::vector<ParameterKey> light_keys{
-    {"LightType", MORVANE_PLACE(lights, LightType), nullptr, light_type_problem},
-    {"LightInt", MORVANE_PLACE(lights, LightInt)},
-    {"LightAttnL", MORVANE_PLACE(lights, LightAttnL)},
-    {"LightAttS", MORVANE_PLACE(lights, LightAttS)},
-    {"LightVariable", MORVANE_PLACE(lights, LightVariable), nullptr, light_variable_problem},
-    {"FlashMask", MORVANE_PLACE(lights, FlashMask)},
-    {"DayFlag", nullptr, MORVANE_PLACE(lights, DayFlag)},
-    {"AircraftFlag", nullptr, MORVANE_PLACE(lights, AircraftFlag)}};
+    {"LightType", light<&Light::LightType>, nullptr, light_type_problem},
+    {"LightInt", light<&Light::LightInt>},
+    {"LightAttnL", light<&Light::LightAttnL>},
+    {"LightAttS", light<&Light::LightAttS>},
+    {"LightVariable", light<&Light::LightVariable>, nullptr, light_variable_problem},
+    {"FlashMask", light<&Light::FlashMask>},
+    {"DayFlag", nullptr, light<&Light::DayFlag>},
+    {"AircraftFlag", nullptr, light<&Light::AircraftFlag>}};
 
 const std::vector<ParameterKey> effect_keys{
-    {"lstEffectType", MORVANE_PLACE(effects, lstEffectType)},
-    {"fx_params", MORVANE_PLACE(effects, fx_params), nullptr, time_constraints_problem},
-    {"fx_OTG", nullptr, MORVANE_PLACE(effects, fx_OTG)},
-    {"fx_Terrain_alt", MORVANE_PLACE(effects, fx_Terrain_alt)}};
+    {"lstEffectType", effect<&Effect::lstEffectType>},
+    {"fx_params", effect<&Effect::fx_params>, nullptr, time_constraints_problem},
+    {"fx_OTG", nullptr, effect<&Effect::fx_OTG>},
+    {"fx_Terrain_alt", effect<&Effect::fx_Terrain_alt>}};
 
 const std::vector<ParameterKey> windsock_keys{
-    {"ws_mastColor", MORVANE_PLACE(windsock, ws_mastColor), nullptr, mast_color_problem},
-    {"ws_lit", nullptr, MORVANE_PLACE(windsock, ws_lit)}};
+    {"ws_mastColor", sock<&Sock::ws_mastColor>, nullptr, mast_color_problem},
+    {"ws_lit", nullptr, sock<&Sock::ws_lit>}};
 
-const std::vector<ParameterKey> library_keys{
-    {"libGUID", MORVANE_PLACE(library, libGUID)},
-    {"libScale", MORVANE_PLACE(library, libScale)},
-    {"lib_OTG", nullptr, MORVANE_PLACE(library, lib_OTG)},
-    {"lib_Terrain_alt", MORVANE_PLACE(library, lib_Terrain_alt)}};
-
-#undef MORVANE_PLACE
+const std::vector<ParameterKey> library_keys{{"libGUID", call<&Call::libGUID>},
+                                             {"libScale", call<&Call::libScale>},
+                                             {"lib_OTG", nullptr, call<&Call::lib_OTG>},
+                                             {"lib_Terrain_alt", call<&Call::lib_Terrain_alt>}};
 
 } // namespace
 

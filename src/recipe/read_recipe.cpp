@@ -6,7 +6,7 @@
 #include "recipe/toml_document.h"
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
 
 namespace morvane {
 
@@ -27,9 +27,7 @@ std::optional<Kind> read_kind(const TomlElement& element, DocumentErrors& errors
     const auto entry = std::find_if(entries.begin(), entries.end(),
                                     [](const TomlEntry& e) { return e.key == "kind"; });
     std::vector<std::string_view> names;
-    for (const Kind kind : all_kinds) {
-        names.push_back(kind_text(kind));
-    }
+    std::transform(all_kinds.begin(), all_kinds.end(), std::back_inserter(names), kind_text);
     if (entry == entries.end()) {
         errors.add(element.place, "\"kind\" is missing" + suggestion("", names));
         return std::nullopt;

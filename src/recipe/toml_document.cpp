@@ -12,7 +12,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::uint64_t most_bytes = 1024 * 1024;
+constexpr std::uint64_t most_bytes = std::uint64_t{1024} * 1024;
 constexpr std::ptrdiff_t most_dots = 500;
 
 Place from_toml(const toml::source_position& position) {

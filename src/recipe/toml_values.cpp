@@ -28,7 +28,7 @@ std::optional<std::string> text_value(const TomlEntry& entry, DocumentErrors& er
         add(entry, "must be text on one line, without control characters", errors);
         return std::nullopt;
     }
-    const std::optional<std::string> text = from_utf8(*utf8);
+    std::optional<std::string> text = from_utf8(*utf8);
     if (!text) {
         add(entry,
             "holds the character \"" + std::string(first_foreign_character(*utf8)) +
