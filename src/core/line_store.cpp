@@ -25,6 +25,15 @@ const char* find_byte(const char* begin, const char* end, char byte) {
     return found == nullptr ? end : static_cast<const char*>(found);
 }
 
+// Meaningless for a text kept aside.
+std::size_t offset_of(std::uint64_t place) {
+    return static_cast<std::size_t>(place >> length_bits);
+}
+
+std::size_t end_of(std::uint64_t place) {
+    return offset_of(place) + static_cast<std::size_t>(place & length_mask);
+}
+
 std::size_t estimated_lines(std::string_view bytes) {
     const std::string_view sample = bytes.substr(0, 65536);
     const auto ends = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
@@ -60,6 +69,7 @@ void LineStore::split(std::string_view bytes) {
         lines_.push_back(file_place(bytes, static_cast<std::size_t>(line - begin),
                                     static_cast<std::size_t>(stop - begin)));
         const bool both = stop == next_cr && stop != end && next_lf == stop + 1;
+        only_crlf_ = only_crlf_ && (both || stop == end);
         line = stop == end ? end : stop + (both ? 2 : 1);
         next_lf = next_lf < line ? find_byte(line, end, '\n') : next_lf;
         next_cr = next_cr < line ? find_byte(line, end, '\r') : next_cr;
@@ -100,7 +110,27 @@ std::string_view LineStore::line(std::size_t index) const {
         return aside_[place & ~aside_flag];
     }
     const std::size_t length = place & length_mask;
-    return length == 0 ? std::string_view() : bytes_->view().substr(place >> length_bits, length);
+    return length == 0 ? std::string_view() : bytes_->view().substr(offset_of(place), length);
+}
+
+LineStore::Run LineStore::unchanged_run(std::size_t first, std::size_t last) const {
+    require_index(first);
+    require_index(last);
+    const std::string_view bytes = bytes_ && only_crlf_ ? bytes_->view() : std::string_view();
+    const auto has_end = [&](Place place) {
+        return place != empty_place && (place & aside_flag) == 0 &&
+               end_of(place) + 2 <= bytes.size();
+    };
+    if (!has_end(lines_[first])) {
+        return {};
+    }
+    std::size_t i = first;
+    while (i < last && has_end(lines_[i + 1]) &&
+           offset_of(lines_[i + 1]) == end_of(lines_[i]) + 2) {
+        ++i;
+    }
+    const std::size_t begin = offset_of(lines_[first]);
+    return {bytes.substr(begin, end_of(lines_[i]) + 2 - begin), i + 1 - first};
 }
 
 void LineStore::set_line(std::size_t index, std::string text) {

@@ -48,6 +48,14 @@ class LineStore {
 
     /// Line `index`, 1 .. upper(). Throws SubscriptOutOfRange elsewhere.
     std::string_view line(std::size_t index) const;
+    /// Lines of the store that lie one behind the other in the file.
+    struct Run {
+        std::string_view bytes; // with the line ends
+        std::size_t count = 0;  // of lines
+    };
+    /// The lines from `first` on, `last` at most, that lie in the file just as they are written;
+    /// none when line `first` does not, and none in a file that has other ends than CR LF.
+    Run unchanged_run(std::size_t first, std::size_t last) const;
     void set_line(std::size_t index, std::string text);
     /// Puts "; " in front of the line, which is otherwise left as it is.
     void comment_out(std::size_t index);
@@ -69,6 +77,7 @@ class LineStore {
     void require_index(std::size_t index) const;
 
     std::shared_ptr<const FileBytes> bytes_;
+    bool only_crlf_ = true;    // no line of the file ends otherwise
     std::vector<Place> lines_; // [0] stands for element 0 and is not used, the last is the spare
     std::deque<std::string> aside_;
 };
