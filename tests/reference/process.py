@@ -157,13 +157,15 @@ def parameters_of(assign):
     return DEFAULTS[assign["kind"]] | given
 
 
-def apply(opened, recipe, remember=None):
+def apply(opened, recipe):
     """Gives the processed rows as (row, kind, lines)."""
     done = []
     for assign in recipe["assign"]:
         for idx in list(matching(opened, assign)):
             process(opened, idx, assign["kind"], parameters_of(assign))
             done.append((idx, assign["kind"], int(opened.log[-1].split(": ")[1])))
+    left = sum(1 for row in opened.trans[1:] if row[6] == "")
+    opened.log.append(f"Materials left as they are : {left}")
     return done
 
 

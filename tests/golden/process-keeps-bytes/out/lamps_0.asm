@@ -1,0 +1,89 @@
+BGL_BEGIN 0800h ; version = 8.00
+; café € Ÿ ÿ
+	tabbed	
+   
+;  control
+
+; a long line xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx
+MATERIAL_LIST_BEGIN
+MATERIAL_DEF 1.0,0.5,0.0,1.0, 1.0,0.5,0.0, 1,0,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF 0,0,0,1.0, 0,0,0, 1,0,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF 0.1,0.2,0.3,1.0, 0.1,0.2,0.3, 1,0,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF .5,1,1,1.0, .5,1,1, 1,0,0, 0,0,0, 0.0 ; x
+MATERIAL_LIST_END
+VERTEX_LIST_BEGIN
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_LIST_END
+MATERIAL 0,0
+
+;
+;
+LBL1b label BGLCODE
+    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
+    IFMSK LBL1,, 0CCCCh
+    BGL_JUMP_32 LBL1a
+LBL1 label BGLCODE
+    BGL_LIGHT LIGHT_STROBE, 1.5, 0.0, -2.25, 100 ,0.4, 0.04, 0FFFF7F00h, 0.0, 1.0, 0.0
+LBL1a label BGLCODE
+; DRAW_TRI_BEGIN 0, 3
+; DRAW_TRI    0,   1,   2 ; poly=0 part=0
+; DRAW_TRI_END
+MATERIAL 1,0
+    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
+    IFIN1 LBL2b, tod, 1,1
+    BGL_JUMP_32 LBL2a
+LBL2b label BGLCODE
+    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
+    IFMSK LBL2,beacnt, 02h
+    BGL_JUMP_32 LBL2a
+LBL2 label BGLCODE
+    BGL_LIGHT LIGHT_STROBE, 1.5, 0.0, -2.25, 100 ,0.4, 0.04, 0FF000000h, 0.0, 1.0, 0.0
+    BGL_LIGHT LIGHT_STROBE, -10.125, 3, 4.0, 100 ,0.4, 0.04, 0FF000000h, 0.6, 0.0, 0.8
+LBL2a label BGLCODE
+; DRAW_TRI_BEGIN 3, 3
+; DRAW_TRI    0,   1,   2 ; poly=0 part=1
+; DRAW_TRI    1,   2,   0 ; poly=1 part=1
+; DRAW_TRI_END
+MATERIAL 2,0
+;   No globals needed !!!! 
+    IFMSK LBL3a, dict_g_lightStates , 0
+;
+LBL3b label BGLCODE
+    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
+    IFMSK LBL3a,second_flash, 0-1h
+;
+LBL3 label BGLCODE
+    BGL_LIGHT *LIGHT_PANEL*, 1.5, 0.0, -2.25, 100 ,0.4, 0.04, 0FF19334Ch, 0.0, 1.0, 0.0
+LBL3a label BGLCODE
+; DRAW_TRI_BEGIN 6, 3
+; DRAW_TRI    0,   1,   2 ; poly=0 part=2
+; DRAW_TRI_END
+MATERIAL 3,0
+    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
+    IFIN1 LBL4b, tod, 1,1
+    BGL_JUMP_32 LBL4a
+LBL4b label BGLCODE
+    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
+    IFMSK LBL4a,becon5, 0xyzh
+;
+LBL4 label BGLCODE
+    BGL_LIGHT LIGHT_LOGO, 1.5, 0.0, -2.25,  ,0.4, 0.04, 0FF7FFFFFh, 0.0, 1.0, 0.0
+    BGL_LIGHT LIGHT_LOGO, -10.125, 3, 4.0,  ,0.4, 0.04, 0FF7FFFFFh, 0.6, 0.0, 0.8
+LBL4a label BGLCODE
+; DRAW_TRI_BEGIN 9, 3
+; DRAW_TRI    0,   1,   2 ; poly=0 part=3
+; DRAW_TRI    1,   2,   0 ; poly=1 part=3
+; DRAW_TRI_END
+BGL_END
+

@@ -1,0 +1,4 @@
+visual_model_header label dword
+dd  0
+model_outside label BGLCODE
+END

@@ -1,0 +1,5 @@
+object_0 label BGLCODE
+SCALE_AGL x,7,8,32768,0FFCB2A31h,0,0123h,0,0,0
+INSTANCE_CALL y,0,0,0
+object_end label BGLCODE
+END
