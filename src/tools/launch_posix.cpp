@@ -82,6 +82,7 @@ int exit_status_of(int status) {
 pid_t spawn(const ProgramCall& call, int output) {
     std::vector<std::string> texts = call.arguments;
     std::vector<char*> arguments;
+    arguments.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         arguments.push_back(text.data());
     }
@@ -137,7 +138,7 @@ class PosixLauncher final : public Launcher {
         std::string_view rest = variable == nullptr ? "" : variable;
         while (!rest.empty()) {
             const std::size_t colon = rest.find(':');
-            const std::string candidate = std::string(rest.substr(0, colon)) + "/" + name;
+            std::string candidate = std::string(rest.substr(0, colon)) + "/" + name;
             if (candidate.front() == '/' && can_execute(candidate)) {
                 return candidate;
             }
