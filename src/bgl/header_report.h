@@ -1,0 +1,26 @@
+#pragma once
+
+#include "bgl/header.h"
+#include "bgl/output_box.h"
+
+#include <cstdint>
+#include <string>
+
+namespace morvane {
+
+/// Writes what a header says, line by line. The extension counts only when `FL_magic` is not 0.
+/// An invalid header gives one line that says so.
+void report_header(OutputBox& box, const BglHeader& header, const HeaderExtension& extension,
+                   bool show_raw);
+
+/// Writes every field of a header, and of the extension when `FL_magic` is not 0, in hexadecimal.
+void dump_raw_header(OutputBox& box, const BglHeader& header, const HeaderExtension& extension);
+
+/// Raw latitude as degrees, north positive.
+double lat_degrees(std::int32_t raw);
+/// Raw longitude as degrees, east positive.
+double lon_degrees(std::int32_t raw);
+/// Degrees as "d* m": whole degrees rounded down and positive minutes, so that -1.5 is "-2* 30.0".
+std::string deg_min_text(double degrees);
+
+} // namespace morvane

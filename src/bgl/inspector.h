@@ -1,0 +1,46 @@
+#pragma once
+
+#include "bgl/decompress_bgl.h"
+#include "bgl/header.h"
+#include "bgl/library_objects.h"
+#include "bgl/output_box.h"
+#include "core/services.h"
+
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+/// What the library browser's commands share: the report, the scratch files' folder and the way to
+/// read compressed files.
+struct Inspector {
+    /// `unpack_folders` are searched for the unpacking program after the program folder.
+    Inspector(Services services, std::string program_folder,
+              std::vector<std::string> unpack_folders = {});
+
+    Services services;
+    std::string program_folder;
+    OutputBox box;
+    Unpacking unpacking;
+};
+
+/// What an analysis found out, besides the report in the box.
+struct Analysis {
+    bool done = false;           // the file is a BGL file and its report is complete
+    int handle = not_a_bgl_name; // as open_bgl gives it
+    BglHeader header;
+    HeaderExtension extension; // all zero when `header.FL_magic` is 0
+    std::vector<LibraryObject> objects;
+};
+
+/// Command "Analyse Selected file": writes the report of one file into the box and, for a valid
+/// file, the box into "out.txt". Run-time errors are shown to the user.
+Analysis analyse_file(Inspector& inspector, const std::string& path, bool show_raw,
+                      bool auto_clear);
+
+/// list_objects for an opened file with library data; a compressed one is unpacked first. Gives
+/// `compressed_library` or `not_a_bgl_name` when it could not be unpacked.
+int list_any_objects(Inspector& inspector, const std::string& path, OpenedBgl& bgl,
+                     InvalidFileList& invalid_files, std::vector<LibraryObject>& entries);
+
+} // namespace morvane

@@ -1,0 +1,171 @@
+#include "bgl/search.h"
+
+#include "bgl/object_lines.h"
+#include "core/disk.h"
+#include "core/errors.h"
+#include "core/paths.h"
+#include "core/reporter.h"
+
+namespace morvane {
+
+namespace {
+
+struct Search {
+    Inspector& inspector;
+    const LibraryFound& found;
+    InvalidFileList invalid_files;
+    SearchStatistics statistics;
+    std::vector<LibraryObject> entries; // of the file looked at
+    std::size_t steps = 0;              // folders and files, for the pace of the progress
+};
+
+// Whether the user still wants the search. Asked at every step, but a reporter may need longer for
+// its answer than a step takes.
+bool still_wanted(const Services& services, std::size_t step, const char* what, std::size_t done,
+                  std::size_t total) {
+    constexpr std::size_t pace = 64;
+    return step % pace != 0 || services.reporter.progress(what, done, total);
+}
+
+int list_file(Search& search, const std::string& path) {
+    OpenedBgl bgl = open_bgl(search.inspector.services.disk, path, search.invalid_files);
+    if (!bgl.file) {
+        return bgl.handle;
+    }
+    if (bgl.header.FL_library_ptr != 0 && bgl.header.FL_spare2 != 0) {
+        ++search.statistics.compressed_files;
+    }
+    return list_any_objects(search.inspector, path, bgl, search.invalid_files, search.entries);
+}
+
+// One file that cannot be read does not end a search.
+int list_or_record(Search& search, const std::string& path) {
+    try {
+        return list_file(search, path);
+    } catch (const RuntimeError& error) {
+        if (error.code() == ErrorNumber::SubscriptOutOfRange) {
+            throw;
+        }
+        search.invalid_files.add(path);
+        return invalid_bgl;
+    }
+}
+
+void report_library(Search& search, const std::string& path) {
+    OutputBox& box = search.inspector.box;
+    ++search.statistics.library_files;
+    search.statistics.library_objects += static_cast<std::int32_t>(search.entries.size());
+    box.out_line(path + " :" + std::to_string(search.entries.size()));
+    for (const LibraryObject& object : search.entries) {
+        box.out_line(search_line(object));
+    }
+    if (search.found) {
+        search.found(path, search.entries);
+    }
+}
+
+void search_file(Search& search, const std::string& path) {
+    const int count = list_or_record(search, path);
+    if (count == invalid_bgl) {
+        ++search.statistics.invalid_files;
+    } else if (count == no_library_data) {
+        ++search.statistics.object_files;
+    } else if (count > 0) {
+        report_library(search, path);
+    }
+}
+
+// Gives false when the user stopped the search.
+bool search_files(Search& search, const std::vector<FoundFolder>& folder_list, std::size_t i) {
+    const FoundFolder& folder = folder_list[i];
+    const Services& services = search.inspector.services;
+    search.statistics.total_files += folder.files;
+    search.statistics.bgl_files += static_cast<std::int32_t>(folder.bgl_files.size());
+    for (const std::string& name : folder.bgl_files) {
+        if (!still_wanted(services, search.steps++, "Searching folders", i, folder_list.size())) {
+            return false;
+        }
+        search_file(search, join_path(folder.path, name));
+    }
+    return true;
+}
+
+void note_unreadable(Reporter& reporter, const std::vector<std::string>& unreadable) {
+    if (!unreadable.empty()) {
+        add_note(reporter, "Folders that could not be read and were passed over: " +
+                               std::to_string(unreadable.size()) + ", the first is " +
+                               unreadable.front() + ".");
+    }
+}
+
+// The folder searched stands behind all those below it.
+FolderWalk all_folders(const Services& services, const std::string& folder) {
+    if (!services.disk.is_folder(folder)) {
+        throw RuntimeError(ErrorNumber::PathNotFound, folder + " is no folder");
+    }
+    FolderWalk walk{services.disk,
+                    [&services, step = std::size_t{0}](std::size_t folders) mutable {
+                        return still_wanted(services, step++, "Listing folders", folders, 0);
+                    },
+                    {},
+                    {}};
+    FoundFolder root = collect_folders(walk, folder);
+    walk.folder_list.push_back(std::move(root));
+    note_unreadable(services.reporter, walk.unreadable);
+    return walk;
+}
+
+bool search_tree(Search& search, const std::string& folder) {
+    const Services& services = search.inspector.services;
+    const FolderWalk walk = all_folders(services, folder);
+    const std::size_t folders = walk.folder_list.size();
+    search.statistics.folders = static_cast<std::int32_t>(folders);
+    for (std::size_t i = 0; i < folders && !walk.stopped; ++i) {
+        if (!search_files(search, walk.folder_list, i)) {
+            return false;
+        }
+    }
+    return !walk.stopped;
+}
+
+} // namespace
+
+SearchResult search_folder(Inspector& inspector, const std::string& folder, bool auto_clear,
+                           const LibraryFound& found) {
+    inspector.unpacking.hints_given.clear();
+    inspector.box.begin_command(auto_clear);
+    Search search{inspector, found, {inspector.services.disk, inspector.program_folder}, {}, {}};
+    SearchResult result;
+    try {
+        result.done = search_tree(search, folder);
+        if (!result.done) {
+            add_note(inspector.services.reporter, "The search was stopped before its end.");
+        }
+        print_search_summary(inspector.box, search.statistics);
+        inspector.box.write_results();
+    } catch (const RuntimeError& error) {
+        result.done = false;
+        report_error(inspector.services.reporter, error, "Error while searching: ", " : ");
+    }
+    result.statistics = search.statistics;
+    return result;
+}
+
+void print_search_summary(OutputBox& box, const SearchStatistics& statistics) {
+    const auto counter = [&](const char* label, std::int32_t number) {
+        box.out_line(label + std::to_string(number));
+    };
+    box.out_line("==============================");
+    // The number of BGL files stands under both labels; this is intended.
+    counter("Directories searched : ", statistics.bgl_files);
+    counter("Total files found....: ", statistics.total_files);
+    counter("BGL files scanned....: ", statistics.bgl_files);
+    counter("Invalid BGL found....: ", statistics.invalid_files);
+    counter("Compressed lib BGL...: ", statistics.compressed_files);
+    counter("Object BGL files.....: ", statistics.object_files);
+    counter("Library BGL files....: ", statistics.library_files);
+    counter("Library objects......: ", statistics.library_objects);
+    box.out_line("==============================");
+}
+
+} // namespace morvane
