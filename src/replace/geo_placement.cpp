@@ -28,7 +28,9 @@ double unit_factor(const Placement& placement) {
     const double scale = number_field(get_field(placement.placement_line, 4));
     if (scale == 0) {
         throw RuntimeError(ErrorNumber::DivisionByZero,
-                           "the scale in the frame file's SCALE_AGL line is 0");
+                           placement.placement_line.empty()
+                               ? "the frame file has no SCALE_AGL line"
+                               : "the scale in the frame file's SCALE_AGL line is 0");
     }
     return 65536 / scale;
 }

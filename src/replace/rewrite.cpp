@@ -1,5 +1,6 @@
 #include "replace/rewrite.h"
 
+#include "core/errors.h"
 #include "core/numbers.h"
 #include "core/reporter.h"
 #include "core/text.h"
@@ -66,14 +67,10 @@ std::unique_ptr<KindWriter> make_writer(Kind kind, const Parameters& parameters,
     return make_library_new(parameters.library);
 }
 
-// False when a triangle was not accepted.
-bool rewrite_block(Rewriting& rewriting, KindWriter& writer) {
-    rewriting.comment_out();
-    rewriting.next_line();
-    if (rewriting.at_triangle()) {
-        writer.set_up(rewriting);
-    }
-    while (rewriting.at_triangle()) {
+// False when the triangle was not accepted.
+bool rewrite_triangle(Rewriting& rewriting, KindWriter& writer) {
+    const std::size_t line = rewriting.line();
+    try {
         const Triangle triangle = rewriting.triangle();
         if (!writer.accept(rewriting, triangle)) {
             return false;
@@ -82,6 +79,24 @@ bool rewrite_block(Rewriting& rewriting, KindWriter& writer) {
         rewriting.advance();
         rewriting.next_line();
         writer.write_triangle(rewriting, triangle);
+        return true;
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.code(), error.about() + " (triangle in line " + to_text(line) +
+                                             " of the model file)");
+    }
+}
+
+// False when a triangle was not accepted.
+bool rewrite_block(Rewriting& rewriting, KindWriter& writer) {
+    rewriting.comment_out();
+    rewriting.next_line();
+    if (rewriting.at_triangle()) {
+        writer.set_up(rewriting);
+    }
+    while (rewriting.at_triangle()) {
+        if (!rewrite_triangle(rewriting, writer)) {
+            return false;
+        }
     }
     rewriting.comment_out();
     writer.close(rewriting);
