@@ -1,0 +1,3 @@
+object_0 label BGLCODE
+object_end label BGLCODE
+END

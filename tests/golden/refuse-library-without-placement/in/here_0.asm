@@ -1,0 +1,46 @@
+BGL_BEGIN 0800h ; version = 8.00
+MATERIAL_LIST_BEGIN
+MATERIAL_DEF 1,0,0,1.0, 1,0,0, 1,1,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF 0,1,0,1.0, 0,1,0, 1,1,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF 0,0,1,1.0, 0,0,1, 1,1,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF 1,1,1,1.0, 1,1,1, 1,1,0, 0,0,0, 0.0 ; x
+MATERIAL_LIST_END
+VERTEX_LIST_BEGIN
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
+VERTEX_LIST_END
+MATERIAL 0,0
+DRAW_TRI_BEGIN 0, 3
+DRAW_TRI    0,   1,   2 ; poly=0 part=0
+DRAW_TRI    1,   2,   0 ; poly=1 part=0
+DRAW_TRI    2,   0,   1 ; poly=2 part=0
+DRAW_TRI_END
+MATERIAL 1,0
+DRAW_TRI_BEGIN 3, 3
+DRAW_TRI    0,   1,   2 ; poly=0 part=1
+DRAW_TRI    1,   2,   0 ; poly=1 part=1
+DRAW_TRI    2,   0,   1 ; poly=2 part=1
+DRAW_TRI_END
+MATERIAL 2,0
+DRAW_TRI_BEGIN 6, 3
+DRAW_TRI    0,   1,   2 ; poly=0 part=2
+DRAW_TRI    1,   2,   0 ; poly=1 part=2
+DRAW_TRI    2,   0,   1 ; poly=2 part=2
+DRAW_TRI_END
+MATERIAL 3,0
+DRAW_TRI_BEGIN 9, 3
+DRAW_TRI    0,   1,   2 ; poly=0 part=3
+DRAW_TRI    1,   2,   0 ; poly=1 part=3
+DRAW_TRI    2,   0,   1 ; poly=2 part=3
+DRAW_TRI_END
+BGL_END
