@@ -12,6 +12,12 @@ namespace morvane {
 struct FileStamp {
     std::uint64_t size = 0;
     std::int64_t modified_ns = 0; // since the system's epoch
+    // When anything about the file changed, its name and permissions too: unlike the time above, no
+    // program can set it. 0 where the system keeps no such time.
+    std::int64_t changed_ns = 0;
+    // Which file it is, whatever its name; both 0 where the system does not say.
+    std::uint64_t device = 0;
+    std::uint64_t file = 0;
 
     bool operator==(const FileStamp&) const = default;
 };

@@ -155,6 +155,10 @@ class PosixWritableFile final : public WritableFile {
     std::string path_;
 };
 
+std::int64_t nanoseconds(const timespec& time) {
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
 void require_regular(int fd, const std::string& path) {
     if (!S_ISREG(status_of(fd, path).st_mode)) {
         throw RuntimeError(ErrorNumber::PathFileAccess, path + " is no regular file");
@@ -241,8 +245,8 @@ class PosixDisk final : public Disk {
         if (::stat(path.c_str(), &status) != 0) {
             fail(errno, path);
         }
-        return {static_cast<std::uint64_t>(status.st_size),
-                std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec};
+        return {static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+                nanoseconds(status.st_ctim), status.st_dev, status.st_ino};
     }
 
     std::string resolve_links(const std::string& path) override {

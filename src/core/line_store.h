@@ -45,6 +45,8 @@ class LineStore {
     std::size_t count() const { return upper() - 1; }
     /// Element 0 as it stands: decimal text.
     std::string element0() const;
+    /// The bytes that the store was made of; empty when it was made of lines.
+    std::string_view loaded_bytes() const { return bytes_ ? bytes_->view() : std::string_view(); }
 
     /// Line `index`, 1 .. upper(). Throws SubscriptOutOfRange elsewhere.
     std::string_view line(std::size_t index) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/line_store.h"
+#include "core/opened_file.h"
 
 #include <cstddef>
 #include <string>
@@ -77,6 +78,8 @@ struct OpenSet {
     std::string base;
     LineStore model;
     LineStore frame;
+    OpenedFile model_file; // as they were on the disk when they were read
+    OpenedFile frame_file;
     std::vector<Material> materials;       // material number n stands at n - 1
     std::vector<Translation> translations; // row n of the translation table stands at n - 1
     std::size_t vertex_list = 0;           // index of the line after VERTEX_LIST_BEGIN

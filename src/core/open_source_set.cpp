@@ -95,6 +95,8 @@ bool open_source_set(const Services& services, OpenSet& set, const std::string& 
         set = OpenSet();
         set.base = base;
         services.reporter.clear_messages();
+        set.model_file = look_at_file(services.disk, model_file_name(base));
+        set.frame_file = look_at_file(services.disk, frame_file_name(base));
         if (load_source_set(services, base, set.model, set.frame) == 0) {
             return false;
         }

@@ -39,6 +39,39 @@ std::vector<FileReplacement> replacements(const OpenSet& set, const std::string&
     return files;
 }
 
+// What another program has written into a file of the set since Open would be lost.
+void add_if_changed(Disk& disk, const std::string& target, const std::string& source,
+                    const OpenedFile& opened, const LineStore& store,
+                    std::vector<std::string>& changed) {
+    if (is_same_file(disk, target, source) &&
+        was_changed(disk, target, opened, store.loaded_bytes())) {
+        changed.push_back(target);
+    }
+}
+
+std::vector<std::string> changed_files(Disk& disk, const OpenSet& set, const std::string& output) {
+    std::vector<std::string> changed;
+    add_if_changed(disk, model_file_name(output), model_file_name(set.base), set.model_file,
+                   set.model, changed);
+    if (set.frame_changed) {
+        add_if_changed(disk, frame_file_name(output), frame_file_name(set.base), set.frame_file,
+                       set.frame, changed);
+    }
+    return changed;
+}
+
+bool may_write(const Services& services, const OpenSet& set, const std::string& output) {
+    const std::vector<std::string> changed = changed_files(services.disk, set, output);
+    if (changed.empty()) {
+        return true;
+    }
+    std::string text = "Another program has changed this since it was opened:\n";
+    for (const std::string& path : changed) {
+        text += path + "\n";
+    }
+    return services.reporter.ask(text + "Write over it all the same?", Icon::Exclamation);
+}
+
 } // namespace
 
 std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record) {
@@ -73,6 +106,9 @@ SaveResult save_set(const Services& services, OpenSet& set, const std::string& o
     }
     SaveResult result;
     try {
+        if (!may_write(services, set, output)) {
+            return {};
+        }
         const std::vector<FileReplacement> files = replacements(set, output);
         replace_files(services.disk, files);
         for (auto file = files.rbegin(); file != files.rend(); ++file) {

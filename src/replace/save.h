@@ -17,7 +17,9 @@ struct SaveResult {
 
 /// The Save command: writes the model file with the generated code merged in, and the frame file
 /// when Process changed it, under the base path `output`. Not saved, after a message box: saved
-/// before, nothing processed, or a run-time error; both files are then as they were.
+/// before, nothing processed, or a run-time error; both files are then as they were. When a file
+/// to be written is one that was opened and another program has changed it since, the user is
+/// asked first; not saved when the answer is No.
 SaveResult save_set(const Services& services, OpenSet& set, const std::string& output);
 
 /// Writes the model store with each record's generated code before its insertion line. The records
