@@ -1,8 +1,8 @@
 #pragma once
 
 #include "bgl/open_bgl.h"
+#include "core/guid128.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -15,9 +15,6 @@ inline constexpr std::size_t max_library_objects = 2000;
 inline constexpr std::size_t index_entry_size = 20;
 inline constexpr std::size_t object_record_size = 41; // without the name
 inline constexpr std::size_t object_name_size = 47;
-
-/// A library object's 128-bit identifier.
-using Guid128 = std::array<std::int32_t, 4>;
 
 /// One object as its library lists it.
 struct LibraryObject {

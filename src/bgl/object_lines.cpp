@@ -7,11 +7,6 @@ namespace morvane {
 
 namespace {
 
-std::string guid_word(std::int32_t word) {
-    const std::string digits = "000000000" + hex_text(static_cast<std::uint32_t>(word));
-    return digits.substr(digits.size() - 9) + "h";
-}
-
 // Without a scale the text has a blank behind it, on which readers of the reports rely.
 std::string scale_text(const LibraryObject& object) {
     return object.stored_scale != 0 ? format_decimal(65536.0 / object.stored_scale, 1, 3) : "0.0 ";
@@ -20,8 +15,8 @@ std::string scale_text(const LibraryObject& object) {
 } // namespace
 
 std::string guid_text(const Guid128& guid) {
-    return guid_word(guid[0]) + "," + guid_word(guid[1]) + "," + guid_word(guid[2]) + "," +
-           guid_word(guid[3]);
+    return guid_word(guid[0]) + "h," + guid_word(guid[1]) + "h," + guid_word(guid[2]) + "h," +
+           guid_word(guid[3]) + "h";
 }
 
 std::string object_name(const LibraryObject& object) {

@@ -7,15 +7,6 @@
 
 namespace morvane {
 
-namespace {
-
-std::string word_text(std::int32_t word) {
-    const std::string digits = "000000000" + hex_text(static_cast<std::uint32_t>(word));
-    return digits.substr(digits.size() - 9);
-}
-
-} // namespace
-
 std::optional<Guid128> parse_identifier(std::string_view text) {
     Guid128 guid{};
     if (std::count(text.begin(), text.end(), ',') != 3) {
@@ -38,7 +29,7 @@ std::optional<Guid128> parse_identifier(std::string_view text) {
 std::string identifier_text(const Guid128& guid, bool with_h) {
     std::string text;
     for (const std::int32_t word : guid) {
-        text += (text.empty() ? "" : ", ") + word_text(word) + (with_h ? "h" : "");
+        text += (text.empty() ? "" : ", ") + guid_word(word) + (with_h ? "h" : "");
     }
     return text;
 }

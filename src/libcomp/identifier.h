@@ -1,15 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include "core/guid128.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace morvane {
-
-/// A library object's 128-bit identifier: four words.
-using Guid128 = std::array<std::int32_t, 4>;
 
 /// Reads four hexadecimal words parted by commas. Blanks do not count, and a word is read up to
 /// the first character that is no hexadecimal digit, so that one may end in "h". Nothing unless
