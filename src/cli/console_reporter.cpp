@@ -26,6 +26,14 @@ const char* icon_name(Icon icon) {
 
 } // namespace
 
+void ConsoleReporter::add_message(std::string_view text) {
+    messages_.emplace_back(text);
+    if (notes_at_once_ && text.starts_with("Note: ")) {
+        end_progress();
+        std::cerr << text << std::endl;
+    }
+}
+
 void ConsoleReporter::message_box(std::string_view text, Icon icon) {
     end_progress();
     std::cerr << '[' << icon_name(icon) << "] " << text << std::endl;

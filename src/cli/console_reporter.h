@@ -15,10 +15,13 @@ enum class Answer { Ask, Yes, No };
 class ConsoleReporter final : public Reporter {
   public:
     void set_answer(Answer answer) { answer_ = answer; }
+    /// Prints hints to standard error as they come, for commands that print no log; they then stand
+    /// before what they are about.
+    void print_notes_at_once() { notes_at_once_ = true; }
     /// The message log, oldest first.
     const std::vector<std::string>& messages() const { return messages_; }
 
-    void add_message(std::string_view text) override { messages_.emplace_back(text); }
+    void add_message(std::string_view text) override;
     void clear_messages() override { messages_.clear(); }
     void message_box(std::string_view text, Icon icon) override;
     bool ask(std::string_view text, Icon icon, std::string_view title) override;
@@ -34,6 +37,7 @@ class ConsoleReporter final : public Reporter {
   private:
     std::vector<std::string> messages_;
     Answer answer_ = Answer::Ask;
+    bool notes_at_once_ = false;
     bool progress_shown_ = false;
 };
 

@@ -1,0 +1,96 @@
+#include "cli/cli.h"
+#include "cli/json_text.h"
+#include "tools/backup.h"
+#include "tools/compile.h"
+#include "tools/rename_labels.h"
+
+#include <iostream>
+
+namespace morvane::cli {
+
+namespace {
+
+using Bases = std::vector<std::string>;
+
+// Prints the outcome as JSON if that is wanted; gives the exit status.
+int finish(const Cli& cli, Outcome outcome, Json document = Json::object()) {
+    if (cli.json && outcome == Outcome::Done) {
+        document["messages"] = json_texts(cli.reporter.messages());
+        print_json(document);
+    }
+    return outcome == Outcome::Done ? done : failed;
+}
+
+int run_backup(Cli& cli, const Bases& bases) {
+    cli.reporter.print_notes_at_once();
+    return finish(cli, bases.size() == 1 ? backup_source_set(cli.services(), bases.front())
+                                         : backup_aircraft_sets(cli.services(), bases));
+}
+
+int run_restore(Cli& cli, const Bases& bases) {
+    cli.reporter.print_notes_at_once();
+    return finish(cli, restore_source_sets(cli.services(), bases));
+}
+
+int run_compiler(Cli& cli, const std::string& base) {
+    cli.reporter.print_notes_at_once();
+    const auto launcher = make_system_launcher();
+    std::string kept;
+    const Outcome outcome = run_compile(cli.services(), *launcher, {base, cli.program_folder()},
+                                        [&](std::string_view text) {
+                                            if (cli.json) {
+                                                kept += text;
+                                            } else {
+                                                std::cout << text << std::flush;
+                                            }
+                                        });
+    return finish(cli, outcome, {{"output", json_text(kept)}});
+}
+
+int run_rename_labels(Cli& cli, const std::string& file, const std::string& suffix) {
+    const Outcome outcome = rename_labels(cli.services(), file, suffix);
+    if (!cli.json) {
+        cli.reporter.print_log();
+    }
+    return finish(cli, outcome);
+}
+
+void add_bases_command(CLI::App& app, Cli& cli, const char* name, const char* what,
+                       int (*run)(Cli&, const Bases&)) {
+    auto* command = app.add_subcommand(name, what);
+    const auto bases = std::make_shared<Bases>();
+    command
+        ->add_option("BASE", *bases,
+                     "Base path of the set, without an ending; several for an aircraft")
+        ->required();
+    on_call(*command, cli, [&cli, bases, run] { return run(cli, *bases); });
+}
+
+void add_compile_command(CLI::App& app, Cli& cli) {
+    auto* command =
+        app.add_subcommand("compile", "Run the compiler bglc of the set's folder on the set");
+    const auto base = std::make_shared<std::string>();
+    command->add_option("BASE", *base, "Base path of the set, without an ending")->required();
+    on_call(*command, cli, [&cli, base] { return run_compiler(cli, *base); });
+}
+
+void add_rename_labels_command(CLI::App& app, Cli& cli) {
+    auto* command =
+        app.add_subcommand("rename-labels", "Append a suffix to all labels of a MASM file");
+    const auto file = std::make_shared<std::string>();
+    const auto suffix = std::make_shared<std::string>();
+    command->add_option("FILE", *file, "The file's full name, with its ending")->required();
+    command->add_option("SUFFIX", *suffix, "The text to append, for example G2")->required();
+    on_call(*command, cli, [&cli, file, suffix] { return run_rename_labels(cli, *file, *suffix); });
+}
+
+} // namespace
+
+void add_tool_commands(CLI::App& app, Cli& cli) {
+    add_bases_command(app, cli, "backup", "Copy the files of a set aside", run_backup);
+    add_bases_command(app, cli, "restore", "Copy the backups of a set back", run_restore);
+    add_compile_command(app, cli);
+    add_rename_labels_command(app, cli);
+}
+
+} // namespace morvane::cli

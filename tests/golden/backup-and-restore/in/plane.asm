@@ -1,0 +1,2 @@
+frame
+  	last without an end

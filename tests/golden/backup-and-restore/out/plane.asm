@@ -1,0 +1,4 @@
+frame
+  	last without an end
+
+

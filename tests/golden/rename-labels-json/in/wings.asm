@@ -1,0 +1,4 @@
+wing label BGLCODE
+    CALL wingtip, wing
+    CALL wing,1
+wingtip label BGLCODE
