@@ -1,0 +1,43 @@
+#include "recipe/record_recipe.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane::test {
+namespace {
+
+OpenSet set_of(const std::vector<std::pair<std::string, std::string>>& colors) {
+    OpenSet set;
+    for (const auto& [highlight, color] : colors) {
+        Translation row;
+        row.highlight = highlight;
+        row.color = color;
+        set.translations.push_back(row);
+    }
+    return set;
+}
+
+TEST(RecordRecipe, NamesAMaterialByItsTwoColors) {
+    const OpenSet set = set_of({{"0000FF", "FF8000"}, {"FF0000", "FF8000"}});
+    const Recipe recipe = record_recipe(set, {{2, Kind::Windsock, {}}});
+    ASSERT_EQ(recipe.assignments.size(), 1U);
+    EXPECT_EQ(recipe.assignments[0].highlight, "Blue");
+    EXPECT_EQ(recipe.assignments[0].color, "FF8000");
+    EXPECT_EQ(recipe.assignments[0].material, std::nullopt);
+    EXPECT_EQ(recipe.assignments[0].kind, Kind::Windsock);
+}
+
+TEST(RecordRecipe, AddsThePlaceWhereTheColorsFitAnotherMaterialToo) {
+    const OpenSet set = set_of({{"0000FF", "FF8000"}, {"0000FF", "FF8000"}});
+    Parameters parameters;
+    parameters.lights.LightInt = "55";
+    const Recipe recipe =
+        record_recipe(set, {{2, Kind::Lights, parameters}, {1, Kind::Lights, {}}});
+    ASSERT_EQ(recipe.assignments.size(), 2U);
+    EXPECT_EQ(recipe.assignments[0].material, 2U);
+    EXPECT_EQ(recipe.assignments[0].parameters.lights.LightInt, "55");
+    EXPECT_EQ(recipe.assignments[1].material, 1U);
+    EXPECT_EQ(recipe.assignments[1].highlight, "Red");
+}
+
+} // namespace
+} // namespace morvane::test
