@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/reporter.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace morvane {
+
+/// What the user decides about work that is not saved.
+enum class Unsaved { Save, Discard, Cancel };
+
+/// Every modal question that the window puts to the user. The tests answer them without a person.
+class Dialogs {
+  public:
+    Dialogs() = default;
+    Dialogs(const Dialogs&) = delete;
+    Dialogs& operator=(const Dialogs&) = delete;
+    virtual ~Dialogs() = default;
+
+    /// A message box with an OK button.
+    virtual void show_box(QWidget* parent, const QString& text, Icon icon) = 0;
+    /// A Yes/No question; true for Yes. Nothing is chosen beforehand but No.
+    virtual bool ask(QWidget* parent, const QString& text, Icon icon, const QString& title) = 0;
+    virtual Unsaved ask_unsaved(QWidget* parent, const QString& text) = 0;
+
+    /// The file chosen, or an empty text when the user gives up. `filter` is "NAME (PATTERN ...)".
+    virtual QString open_file(QWidget* parent, const QString& title, const QString& folder,
+                              const QString& filter) = 0;
+    virtual QString save_file(QWidget* parent, const QString& title, const QString& path,
+                              const QString& filter) = 0;
+};
+
+/// Message boxes of the program's own, file dialogs of the platform.
+class SystemDialogs final : public Dialogs {
+  public:
+    void show_box(QWidget* parent, const QString& text, Icon icon) override;
+    bool ask(QWidget* parent, const QString& text, Icon icon, const QString& title) override;
+    Unsaved ask_unsaved(QWidget* parent, const QString& text) override;
+    QString open_file(QWidget* parent, const QString& title, const QString& folder,
+                      const QString& filter) override;
+    QString save_file(QWidget* parent, const QString& title, const QString& path,
+                      const QString& filter) override;
+};
+
+} // namespace morvane

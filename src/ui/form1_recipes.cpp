@@ -1,0 +1,97 @@
+// The main window's commands on recipes.
+
+#include "core/errors.h"
+#include "core/replace_files.h"
+#include "core/reporter.h"
+#include "core/text_writer.h"
+#include "recipe/apply_recipe.h"
+#include "recipe/record_recipe.h"
+#include "ui/dialogs.h"
+#include "ui/form1.h"
+#include "ui/hourglass.h"
+#include "ui/qt_text.h"
+#include "ui/ui_form1.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+QString recipe_filter() {
+    return dialog_filter(QStringLiteral("Recipe|*.toml"));
+}
+
+const Assignment& assignment_of(const Recipe& recipe, const RecipePlan& plan, std::size_t row) {
+    const auto step = std::find_if(plan.steps.begin(), plan.steps.end(),
+                                   [&](const PlannedStep& s) { return s.row == row; });
+    return recipe.assignments.at(step->assignment);
+}
+
+} // namespace
+
+void Form1::apply_recipe_file() {
+    if (!set_.opened) {
+        desk_.dialogs.show_box(this, tr("Open a source set first."), Icon::Exclamation);
+        return;
+    }
+    const QString path =
+        desk_.dialogs.open_file(this, tr("Apply recipe"), output_folder(), recipe_filter());
+    if (path.isEmpty()) {
+        return;
+    }
+    const Hourglass hourglass;
+    const std::string first_effect = effects_.empty() ? std::string() : effects_.front();
+    const RecipeReading reading = read_recipe(desk_.disk, path_bytes(path), first_effect);
+    if (!reading.recipe) {
+        show_errors(reading.errors);
+        return;
+    }
+    const RecipePlan plan = plan_recipe(set_, *reading.recipe);
+    if (!plan.errors.empty()) {
+        show_errors(plan.errors);
+        return;
+    }
+    carry_out(*reading.recipe, plan);
+}
+
+void Form1::carry_out(const Recipe& recipe, const RecipePlan& plan) {
+    const ApplyResult result = apply_recipe(services(), set_, recipe, plan, desk_.program_folder);
+    for (const ProcessedMaterial& material : result.processed) {
+        made_.push_back(
+            {material.row, material.kind, assignment_of(recipe, plan, material.row).parameters});
+        show_processed(material.row);
+    }
+}
+
+void Form1::save_recipe_file() {
+    if (made_.empty()) {
+        desk_.dialogs.show_box(this,
+                               tr("Process a material first: a recipe says what was made of each."),
+                               Icon::Exclamation);
+        return;
+    }
+    const QString proposal = ui_->InputFile->text() + QStringLiteral(".toml");
+    const QString path =
+        desk_.dialogs.save_file(this, tr("Save recipe"), proposal, recipe_filter());
+    if (path.isEmpty()) {
+        return;
+    }
+    try {
+        const std::string text = write_recipe(record_recipe(set_, made_));
+        replace_file(desk_.disk, path_bytes(path), [&](TextWriter& out) { out.write(text); });
+        add_note(reporter_, "the recipe was saved as " + path_bytes(path));
+    } catch (const RuntimeError& error) {
+        report_error(reporter_, error, "ERROR : ", ": ", Icon::Critical);
+    }
+}
+
+void Form1::show_errors(const std::vector<std::string>& errors) {
+    std::string text;
+    for (const std::string& error : errors) {
+        text += (text.empty() ? "" : "\n") + error;
+    }
+    reporter_.message_box(text, Icon::Critical);
+}
+
+} // namespace morvane

@@ -1,0 +1,151 @@
+// The main window's commands around the open set: choose, open, select, save, leave.
+
+#include "core/open_source_set.h"
+#include "core/paths.h"
+#include "replace/save.h"
+#include "tools/chosen_file.h"
+#include "ui/dialogs.h"
+#include "ui/form1.h"
+#include "ui/hourglass.h"
+#include "ui/platform_color.h"
+#include "ui/qt_text.h"
+#include "ui/ui_form1.h"
+
+#include <QDragEnterEvent>
+#include <QMimeData>
+
+namespace morvane {
+
+namespace {
+
+// The base path of a file of a set that was dropped on the window; empty for any other file.
+QString base_of_dropped(const QMimeData& data) {
+    if (data.urls().size() != 1) {
+        return {};
+    }
+    const QString path = data.urls().front().toLocalFile();
+    for (const QString& ending : {QStringLiteral("_0.asm"), QStringLiteral(".asm")}) {
+        if (path.endsWith(ending, Qt::CaseInsensitive)) {
+            return path.chopped(ending.size());
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+void Form1::browse() {
+    const QString folder = shown_text(folder_part(path_bytes(ui_->InputFile->text())));
+    const QString chosen = desk_.dialogs.open_file(this, tr("Choose the source set"), folder,
+                                                   dialog_filter(shown_text(source_file_filter)));
+    if (const auto base = base_of_chosen_file(path_bytes(chosen))) {
+        ui_->InputFile->setText(shown_text(*base));
+    }
+}
+
+void Form1::open_base(const QString& base) {
+    ui_->InputFile->setText(base);
+    open();
+}
+
+void Form1::open() {
+    if (!may_leave_set()) {
+        return;
+    }
+    const Hourglass hourglass;
+    const std::string base = path_bytes(ui_->InputFile->text());
+    const bool opened = open_source_set(services(), set_, base);
+    if (opened) {
+        state_.add_recent(ui_->InputFile->text());
+        show_recent();
+    }
+    if (opened || !set_.opened) { // else the files are missing and the set that was open stays
+        show_opened_set();
+    }
+}
+
+void Form1::show_opened_set() {
+    made_.clear();
+    materials_.show_set(set_);
+    for (int column = 0; column < materials_.columnCount(); ++column) {
+        ui_->lstMat2proc->resizeColumnToContents(column);
+    }
+    show_counters();
+    ui_->Label6->set_done(set_.opened);
+    for (StepMarker* marker : {ui_->Label7, ui_->Label9, ui_->Label10, ui_->Label12}) {
+        marker->set_done(false);
+    }
+    show_selection();
+    update_title();
+}
+
+std::size_t Form1::selected_row() const {
+    const QModelIndexList rows = ui_->lstMat2proc->selectionModel()->selectedRows();
+    return rows.isEmpty() ? 0 : static_cast<std::size_t>(rows.front().row()) + 1;
+}
+
+void Form1::show_selection() {
+    const std::size_t row = selected_row();
+    if (row == 0) {
+        ui_->Shape1->set_color({});
+        ui_->Shape2->set_color({});
+        ui_->Label16->hide();
+        return;
+    }
+    const Translation& material = set_.translation(row);
+    ui_->Shape1->set_color(platform_color(material.highlight).value_or(QColor()));
+    ui_->Shape2->set_color(rgb_color(material.color));
+    ui_->Label16->setVisible(!material.processed.empty());
+    ui_->Label7->set_done(true);
+    update_par_line();
+}
+
+void Form1::save() {
+    const Hourglass hourglass;
+    if (save_set(services(), set_, output_base()).saved) {
+        ui_->Label12->set_done(true);
+    }
+}
+
+bool Form1::has_unsaved_work() const {
+    return set_.opened && !set_.saved && !set_.records.empty();
+}
+
+bool Form1::may_leave_set() {
+    if (!has_unsaved_work()) {
+        return true;
+    }
+    switch (desk_.dialogs.ask_unsaved(
+        this, tr("Materials of this set have been processed but not saved. Save them now?"))) {
+    case Unsaved::Save:
+        save();
+        return set_.saved;
+    case Unsaved::Discard:
+        return true;
+    case Unsaved::Cancel:
+        break;
+    }
+    return false;
+}
+
+void Form1::show_recent() {
+    ui_->menuRecent->clear();
+    for (const QString& base : state_.recent()) {
+        ui_->menuRecent->addAction(QString(base).replace(QLatin1Char('&'), QLatin1String("&&")),
+                                   this, [this, base] { open_base(base); });
+    }
+    ui_->menuRecent->setEnabled(!ui_->menuRecent->isEmpty());
+}
+
+void Form1::dragEnterEvent(QDragEnterEvent* event) {
+    if (!base_of_dropped(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void Form1::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    open_base(base_of_dropped(*event->mimeData()));
+}
+
+} // namespace morvane

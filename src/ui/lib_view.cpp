@@ -1,0 +1,128 @@
+#include "ui/lib_view.h"
+
+#include "core/disk.h"
+#include "core/errors.h"
+#include "core/reporter.h"
+#include "tools/settings.h"
+#include "ui/dialogs.h"
+#include "ui/qt_text.h"
+#include "ui/ui_lib_view.h"
+
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+namespace morvane {
+
+LibView::LibView(Desk& desk, WindowState& state)
+    : ToolForm(desk, state), ui_(std::make_unique<Ui::LibView>()),
+      reporter_(desk.log, desk.dialogs, this,
+                [this](std::string_view what, std::size_t done, std::size_t total) {
+                    return show_progress(what, done, total);
+                }),
+      inspector_({desk.disk, reporter_}, desk.program_folder) {
+    ui_->setupUi(this);
+    ui_->busyBar->hide();
+    ui_->splitter->setStretchFactor(1, 1);
+    prepare_files();
+    prepare_report();
+    prepare_objects();
+    connect_buttons();
+}
+
+LibView::~LibView() = default;
+
+void LibView::prepare_report() {
+    ui_->tb1->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    inspector_.box.on_text = [this](std::string_view text) { append_report(text); };
+    inspector_.box.on_clear = [this] {
+        pending_report_.clear();
+        ui_->tb1->clear();
+    };
+}
+
+void LibView::prepare_objects() {
+    shown_objects_.setSourceModel(&objects_);
+    ui_->objectTable->setModel(&shown_objects_);
+    ui_->objectTable->verticalHeader()->hide();
+    ui_->objectTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    ui_->objectTable->horizontalHeader()->setStretchLastSection(true);
+    ui_->objectTable->horizontalHeader()->setHighlightSections(false);
+    ui_->objectTable->sortByColumn(ObjectModel::Name, Qt::AscendingOrder);
+    ui_->objectTable->installEventFilter(this);
+    connect(ui_->objectFilter, &QLineEdit::textChanged, &shown_objects_, &ObjectFilter::set_text);
+    connect(ui_->objectTable, &QTableView::doubleClicked, this, &LibView::copy_identifier);
+    connect(ui_->copyIdentifier, &QPushButton::clicked, this, &LibView::copy_identifier);
+}
+
+void LibView::connect_buttons() {
+    connect(ui_->Command1, &QPushButton::clicked, this, &LibView::analyse);
+    connect(ui_->Command2, &QPushButton::clicked, this, &LibView::browse);
+    connect(ui_->Command3, &QPushButton::clicked, this, &LibView::search);
+    connect(ui_->Command4, &QPushButton::clicked, this, [this] { inspector_.box.clear(); });
+    connect(ui_->Command5, &QPushButton::clicked, this, &LibView::make_file_universal);
+    connect(ui_->Command6, &QPushButton::clicked, this, &LibView::revert_file);
+    connect(ui_->stopButton, &QPushButton::clicked, this, [this] { stop_wanted_ = true; });
+    connect(ui_->inpFilename, &QLineEdit::returnPressed, this,
+            [this] { select_file(ui_->inpFilename->text()); });
+}
+
+void LibView::browse() {
+    const QString chosen = desk_.dialogs.open_file(this, tr("Choose a BGL file"), folder(),
+                                                   dialog_filter(QStringLiteral("BGL file|*.bgl")));
+    if (!chosen.isEmpty()) {
+        select_file(chosen);
+    }
+}
+
+// One key is enough: Enter or Copy on an object.
+bool LibView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->objectTable && event->type() == QEvent::KeyPress) {
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter ||
+            key.matches(QKeySequence::Copy)) {
+            copy_identifier();
+            return true;
+        }
+    }
+    return ToolForm::eventFilter(watched, event);
+}
+
+void LibView::copy_identifier() {
+    const QModelIndex current = ui_->objectTable->currentIndex();
+    if (!current.isValid()) {
+        return;
+    }
+    const QString identifier = current.siblingAtColumn(ObjectModel::Identifier).data().toString();
+    QGuiApplication::clipboard()->setText(identifier);
+    Q_EMIT identifier_copied(identifier);
+}
+
+// Text is put into the box when the window repaints, since every single insertion has its price.
+void LibView::append_report(std::string_view text) {
+    pending_report_ += shown_text(text);
+    repaint_now_and_then();
+}
+
+void LibView::activated() {
+    if (const auto kept = read_library_folder(desk_.disk, desk_.program_folder)) {
+        show_folder(shown_text(*kept));
+    }
+}
+
+bool LibView::may_close() {
+    stop_wanted_ = searching_;
+    return !searching_;
+}
+
+void LibView::leaving() {
+    try {
+        write_library_folder(desk_.disk, desk_.program_folder, path_bytes(folder()));
+    } catch (const RuntimeError& error) {
+        report_error(reporter_, error, "Error : ", " :");
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,69 @@
+#include "core/disk.h"
+#include "core/errors.h"
+#include "tools/launch.h"
+#include "ui/appearance.h"
+#include "ui/desk.h"
+#include "ui/dialogs.h"
+#include "ui/form1.h"
+#include "ui/message_log.h"
+#include "ui/program.h"
+#include "ui/qt_text.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+#include <cstdlib>
+
+namespace {
+
+// morvane [--program-folder DIR] [BASE]
+struct CommandLine {
+    std::string program_folder;
+    QString base;
+};
+
+CommandLine read_command_line(const QApplication& application) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QApplication::tr("The window of Morvane."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption folder(QStringLiteral("program-folder"),
+                                    QApplication::tr("Where settings and reports lie."),
+                                    QStringLiteral("DIR"));
+    parser.addOption(folder);
+    parser.addPositionalArgument(QStringLiteral("BASE"),
+                                 QApplication::tr("A source set to open, without extension."),
+                                 QStringLiteral("[BASE]"));
+    parser.process(application);
+    return {parser.value(folder).toStdString(), parser.positionalArguments().value(0)};
+}
+
+int run(const QApplication& application) {
+    const CommandLine line = read_command_line(application);
+    const auto disk = morvane::make_system_disk();
+    const auto launcher = morvane::make_system_launcher();
+    morvane::SystemDialogs dialogs;
+    morvane::MessageLog log;
+    morvane::Desk desk{*disk, dialogs, *launcher, log,
+                       morvane::program_folder_of_run(*disk, line.program_folder)};
+    morvane::Form1 window(desk);
+    window.show();
+    if (!line.base.isEmpty()) {
+        window.open_base(line.base);
+    }
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    morvane::prepare_application(application);
+    try {
+        return run(application);
+    } catch (const morvane::RuntimeError& error) {
+        morvane::SystemDialogs().show_box(nullptr, morvane::shown_text(error.what()),
+                                          morvane::Icon::Critical);
+        return EXIT_FAILURE;
+    }
+}

@@ -1,0 +1,50 @@
+#include "ui/message_view.h"
+
+#include "ui/message_log.h"
+
+#include <QScrollBar>
+#include <QTextCursor>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace morvane {
+
+MessageView::MessageView(QWidget* parent) : QPlainTextEdit(parent) {
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setTabChangesFocus(true);
+}
+
+void MessageView::show_log(const MessageLog& log) {
+    setPlainText(log.texts().join(QLatin1Char('\n')));
+    connect(&log, &MessageLog::added, this, &MessageView::take);
+    connect(&log, &MessageLog::cleared, this, [this] {
+        waiting_.clear();
+        clear();
+    });
+}
+
+void MessageView::take(const QString& text) {
+    if (waiting_.isEmpty()) {
+        QTimer::singleShot(0, this, &MessageView::put_in);
+    }
+    waiting_.append(text);
+}
+
+void MessageView::put_in() {
+    if (waiting_.isEmpty()) {
+        return;
+    }
+    std::reverse(waiting_.begin(), waiting_.end());
+    const bool at_top = verticalScrollBar()->value() == 0;
+    QTextCursor top(document());
+    top.insertText(waiting_.join(QLatin1Char('\n')) +
+                   (document()->isEmpty() ? QString() : QStringLiteral("\n")));
+    waiting_.clear();
+    if (at_top) {
+        verticalScrollBar()->setValue(0);
+    }
+}
+
+} // namespace morvane

@@ -1,0 +1,15 @@
+#include "ui/time_constraint_edit.h"
+
+#include "replace/parameters.h"
+#include "ui/qt_text.h"
+
+#include <QMouseEvent>
+
+namespace morvane {
+
+void TimeConstraintEdit::mouseDoubleClickEvent(QMouseEvent* event) {
+    setText(code_text(default_time_constraints));
+    event->accept();
+}
+
+} // namespace morvane

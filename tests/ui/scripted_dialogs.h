@@ -1,0 +1,76 @@
+#pragma once
+
+#include "ui/dialogs.h"
+
+#include <QStringList>
+
+#include <deque>
+#include <vector>
+
+namespace morvane::test {
+
+/// Writes down every dialog and answers it as the test set it up.
+class ScriptedDialogs final : public Dialogs {
+  public:
+    struct Box {
+        QString text;
+        Icon icon = Icon::None;
+    };
+    struct Question {
+        QString text;
+        Icon icon = Icon::None;
+        QString title;
+    };
+
+    void show_box(QWidget* /*parent*/, const QString& text, Icon icon) override {
+        boxes.push_back({text, icon});
+    }
+    bool ask(QWidget* /*parent*/, const QString& text, Icon icon, const QString& title) override {
+        questions.push_back({text, icon, title});
+        return answer;
+    }
+    Unsaved ask_unsaved(QWidget* /*parent*/, const QString& /*text*/) override {
+        ++unsaved_asked;
+        return unsaved;
+    }
+    QString open_file(QWidget* /*parent*/, const QString& /*title*/, const QString& folder,
+                      const QString& filter) override {
+        folders.append(folder);
+        filters.append(filter);
+        return next_file();
+    }
+    QString save_file(QWidget* parent, const QString& title, const QString& path,
+                      const QString& filter) override {
+        return open_file(parent, title, path, filter);
+    }
+
+    /// The text of the only box shown since the last look; says so when there were none or more.
+    QString take_box() {
+        QString text =
+            boxes.size() == 1 ? boxes.front().text : QStringLiteral("%1 boxes").arg(boxes.size());
+        boxes.clear();
+        return text;
+    }
+
+    bool answer = true;
+    Unsaved unsaved = Unsaved::Cancel;
+    std::deque<QString> files; // to be chosen, in turn; none left: the dialog is cancelled
+
+    std::vector<Box> boxes;
+    std::vector<Question> questions;
+    int unsaved_asked = 0;
+    QStringList folders; // that the file dialogs began in
+    QStringList filters;
+
+  private:
+    QString next_file() {
+        if (files.empty()) {
+            return {};
+        }
+        QString file = files.front();
+        files.pop_front();
+        return file;
+    }
+};
+
+} // namespace morvane::test
