@@ -10,6 +10,8 @@ const char* error_description(ErrorNumber number) {
         return "Invalid procedure call or argument";
     case ErrorNumber::Overflow:
         return "Overflow";
+    case ErrorNumber::OutOfMemory:
+        return "Out of memory";
     case ErrorNumber::SubscriptOutOfRange:
         return "Subscript out of range";
     case ErrorNumber::DivisionByZero:

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace morvane {
 
@@ -34,10 +35,13 @@ std::size_t end_of(std::uint64_t place) {
     return offset_of(place) + static_cast<std::size_t>(place & length_mask);
 }
 
+// How many lines the file is likely to have, by its beginning. Never so many that the places take
+// more than half the file's size, for a beginning may mislead.
 std::size_t estimated_lines(std::string_view bytes) {
     const std::string_view sample = bytes.substr(0, 65536);
     const auto ends = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
-    return sample.empty() ? 2 : (ends + 1) * (bytes.size() / sample.size() + 1) + 2;
+    const std::size_t samples = sample.empty() ? 0 : bytes.size() / sample.size() + 1;
+    return std::min((ends + 1) * samples, bytes.size() / 16 + sample.size()) + 2;
 }
 
 } // namespace
@@ -46,7 +50,11 @@ LineStore::LineStore() : lines_{empty_place, empty_place} {}
 
 LineStore::LineStore(FileBytes bytes)
     : bytes_(std::make_shared<const FileBytes>(std::move(bytes))) {
-    split(bytes_->view());
+    try {
+        split(bytes_->view());
+    } catch (const std::bad_alloc&) {
+        throw RuntimeError(ErrorNumber::OutOfMemory);
+    }
 }
 
 LineStore::LineStore(const std::vector<std::string>& lines) : LineStore() {
@@ -68,7 +76,7 @@ void LineStore::split(std::string_view bytes) {
         const char* const stop = std::min(next_lf, next_cr);
         lines_.push_back(file_place(bytes, static_cast<std::size_t>(line - begin),
                                     static_cast<std::size_t>(stop - begin)));
-        const bool both = stop == next_cr && stop != end && next_lf == stop + 1;
+        const bool both = stop == next_cr && next_lf != end && next_lf == stop + 1;
         only_crlf_ = only_crlf_ && (both || stop == end);
         line = stop == end ? end : stop + (both ? 2 : 1);
         next_lf = next_lf < line ? find_byte(line, end, '\n') : next_lf;

@@ -29,7 +29,8 @@ class LineStore {
   public:
     /// A store without lines: element 0 is "1", element 1 the spare.
     LineStore();
-    /// Splits the bytes at CR LF, LF and lone CR. A last line without an end counts.
+    /// Splits the bytes at CR LF, LF and lone CR. A last line without an end counts. Throws
+    /// OutOfMemory.
     explicit LineStore(FileBytes bytes);
     explicit LineStore(const std::vector<std::string>& lines);
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 namespace morvane {
 
@@ -15,7 +16,11 @@ FileBytes read_bytes(Disk& disk, const std::string& path) {
     const auto file = disk.open_for_reading(path);
     FileBytes bytes;
     const auto size = static_cast<std::size_t>(file->size());
-    bytes.data = std::make_unique_for_overwrite<char[]>(size);
+    try {
+        bytes.data = std::make_unique_for_overwrite<char[]>(size);
+    } catch (const std::bad_alloc&) {
+        throw RuntimeError(ErrorNumber::OutOfMemory, path);
+    }
     bytes.size = file->read_at(0, bytes.data.get(), size);
     return bytes;
 }

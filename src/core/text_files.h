@@ -11,7 +11,7 @@ namespace morvane {
 
 class TextWriter;
 
-/// Reads a file whole. Throws RuntimeError.
+/// Reads a file whole. Throws RuntimeError, OutOfMemory for one that is too large.
 FileBytes read_bytes(Disk& disk, const std::string& path);
 
 /// Reads a text file into a line store, replacing it. Gives its element 0 (number of lines + 1).

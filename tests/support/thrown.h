@@ -1,0 +1,20 @@
+#pragma once
+
+#include "core/errors.h"
+
+#include <stdexcept>
+
+namespace morvane::test {
+
+/// The run-time error that `action` throws. Throws itself, failing the test, when there is none.
+template <typename Action>
+RuntimeError thrown_by(const Action& action) {
+    try {
+        action();
+    } catch (const RuntimeError& error) {
+        return error;
+    }
+    throw std::logic_error("no run-time error was thrown");
+}
+
+} // namespace morvane::test
