@@ -2,6 +2,8 @@
 
 #include "core/text.h"
 
+#include <algorithm>
+
 namespace morvane {
 
 namespace {
@@ -40,8 +42,11 @@ std::size_t find_line(std::string_view key, const LineStore& store, std::size_t 
         }
         return 0;
     }
-    // Index 0 is the text of the line count; a search that starts there can only find nothing.
-    for (std::size_t i = start == 0 ? 1 : start; i <= store.upper(); ++i) {
+    // A search that starts at element 0 compares that too; found there is not found.
+    if (start == 0 && collapsed_begins_with(store.element0(), wanted)) {
+        return 0;
+    }
+    for (std::size_t i = std::max<std::size_t>(start, 1); i <= store.upper(); ++i) {
         if (collapsed_begins_with(store.line(i), wanted)) {
             return i;
         }

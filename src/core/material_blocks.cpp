@@ -60,7 +60,7 @@ class BlockFinder {
         }
         if (line.front() == 'D' && !open_.empty()) {
             look_at_drawing(index, line);
-        } else if (may_select(line) && overfull_line_ != index) {
+        } else if (may_select(line) && !has_too_many_operands(line)) {
             select(index, split_fields(line));
         }
     }
