@@ -14,6 +14,8 @@ namespace morvane {
 
 namespace {
 
+constexpr std::size_t significant_digits = 15;
+
 struct LeadingNumber {
     double value = 0;
     std::size_t length = 0; // characters taken, sign included; 0 when there is no number
@@ -87,13 +89,37 @@ struct Decimal {
     int exponent = 0;
 };
 
+// Keeps the first `kept` digits, rounding half away from zero; fills up with zeros when there are
+// fewer.
+void round_digits(Decimal& number, std::size_t kept) {
+    const bool up = kept < number.digits.size() && number.digits[kept] >= '5';
+    number.digits.resize(kept, '0');
+    if (!up) {
+        return;
+    }
+    std::size_t i = kept;
+    while (i > 0 && number.digits[i - 1] == '9') {
+        number.digits[--i] = '0';
+    }
+    if (i > 0) {
+        ++number.digits[i - 1];
+    } else {
+        number.digits.insert(0, "1");
+        ++number.exponent;
+    }
+}
+
 Decimal to_decimal(double value) {
-    std::array<char, 64> buffer{};
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                            std::fabs(value), std::chars_format::scientific, 14);
-    if (error != std::errc() || !std::isfinite(value)) {
+    if (!std::isfinite(value)) {
         throw RuntimeError(ErrorNumber::Overflow);
     }
+    // So many digits tell every double from the middle between two decimals of 15, which
+    // the library's own rounding would take to the even one.
+    constexpr int exact_enough = 60;
+    std::array<char, exact_enough + 16> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
+                                   std::chars_format::scientific, exact_enough - 1)
+                         .ptr;
     const std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
     const std::size_t e = text.find('e');
     Decimal result;
@@ -105,6 +131,8 @@ Decimal to_decimal(double value) {
     }
     std::from_chars(exponent.data(), exponent.data() + exponent.size(), result.exponent);
     ++result.exponent;
+    round_digits(result, significant_digits);
+    result.digits.resize(significant_digits);
     return result;
 }
 
@@ -116,22 +144,7 @@ void round_decimal(Decimal& number, int places) {
         number.exponent = 1;
         return;
     }
-    const auto size = static_cast<std::size_t>(kept);
-    const bool up = size < number.digits.size() && number.digits[size] >= '5';
-    number.digits.resize(size, '0');
-    if (!up) {
-        return;
-    }
-    std::size_t i = size;
-    while (i > 0 && number.digits[i - 1] == '9') {
-        number.digits[--i] = '0';
-    }
-    if (i > 0) {
-        ++number.digits[i - 1];
-    } else {
-        number.digits.insert(0, "1");
-        ++number.exponent;
-    }
+    round_digits(number, static_cast<std::size_t>(kept));
 }
 
 } // namespace
