@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
+#include <cstdint>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -79,6 +82,18 @@ class Descriptor {
     int fd_;
 };
 
+// A large file is read into memory that was never touched: pages of 2 MiB save the time of
+// thousands of page faults. Where the system does not take the advice, nothing is lost.
+void advise_large_pages(char* buffer, std::size_t count) {
+    constexpr std::uintptr_t large_page = std::uintptr_t{2} << 20;
+    const auto begin = reinterpret_cast<std::uintptr_t>(buffer);
+    const std::uintptr_t first = (begin + large_page - 1) / large_page * large_page;
+    const std::uintptr_t last = (begin + count) / large_page * large_page;
+    if (first < last) {
+        ::madvise(buffer + (first - begin), last - first, MADV_HUGEPAGE);
+    }
+}
+
 struct stat status_of(int fd, const std::string& path) {
     struct stat status {};
     if (::fstat(fd, &status) != 0) {
@@ -95,6 +110,7 @@ class PosixReadableFile final : public ReadableFile {
     std::uint64_t size() override { return size_; }
 
     std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) override {
+        advise_large_pages(buffer, count);
         std::size_t done = 0;
         while (done < count) {
             const ssize_t got =
@@ -305,10 +321,15 @@ class PosixDisk final : public Disk {
     std::unique_ptr<WritableFile> create_temporary(const std::string& path,
                                                    const std::string& model) override {
         Descriptor fd = open_locked(path);
-        if (::ftruncate(fd.get(), 0) != 0) {
-            fail(errno, path);
+        try {
+            if (::ftruncate(fd.get(), 0) != 0) {
+                fail(errno, path);
+            }
+            take_permissions(fd.get(), model);
+        } catch (const RuntimeError&) {
+            ::unlink(path.c_str());
+            throw;
         }
-        take_permissions(fd.get(), model);
         return std::make_unique<PosixWritableFile>(std::move(fd), path);
     }
 
@@ -352,6 +373,8 @@ class PosixDisk final : public Disk {
 } // namespace
 
 std::unique_ptr<Disk> make_system_disk() {
+    // Without this a file that reaches the user's size limit would end the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     return std::make_unique<PosixDisk>();
 }
 

@@ -15,6 +15,7 @@ struct Target {
     std::string path;      // links resolved
     std::string temporary; // the new content, once we have begun to write it
     std::string kept;      // a copy of the old content, once we have begun to write it
+    bool existed = false;
     bool in_place = false;
     bool touched = false; // the file itself may no longer be as it was
 };
@@ -43,7 +44,7 @@ void write_temporary(Disk& disk, const std::string& path, const std::string& mod
 }
 
 void keep_old_content(Disk& disk, Target& target) {
-    if (!disk.is_file(target.path)) {
+    if (!target.existed) {
         return;
     }
     write_temporary(disk, target.path + ".morvane-old", target.path, target.kept,
@@ -72,8 +73,7 @@ void put_into_place(Disk& disk, Target& target) {
     target.temporary.clear();
 }
 
-// All files are in their places by now. To report that a folder cannot be synced would say that
-// they are not, and to put them back could lose the one whose old content was not kept.
+// The files are in place by now; a folder that cannot be brought to the medium does not undo that.
 void sync_folder_quietly(Disk& disk, const Target& target) {
     try {
         disk.sync_folder(std::filesystem::path(target.path).parent_path().string());
@@ -85,15 +85,17 @@ void sync_folder_quietly(Disk& disk, const Target& target) {
 void restore_old_content(Disk& disk, Target& target) {
     if (target.in_place) {
         write_in_place(disk, target.kept, target.path);
-    } else if (target.kept.empty()) {
-        disk.remove(target.path); // it had no forerunner
+    } else if (!target.existed) {
+        disk.remove(target.path);
     } else {
         disk.rename(target.kept, target.path);
         target.kept.clear();
     }
 }
 
-void put_back(Disk& disk, Target& target) {
+// Says what could not be put back, or nothing.
+std::string put_back(Disk& disk, Target& target) {
+    std::string failed;
     try {
         if (target.touched) {
             restore_old_content(disk, target);
@@ -101,9 +103,25 @@ void put_back(Disk& disk, Target& target) {
         remove_quietly(disk, target.kept);
     } catch (const RuntimeError&) {
         // The copy stays beside the file: it is all that is left of the old content.
-        target.kept.clear();
+        failed = "; " + target.path + " could not be put back" +
+                 (target.existed ? ", its old content is in " + target.kept : "");
     }
     remove_quietly(disk, target.temporary);
+    return failed;
+}
+
+std::string put_all_back(Disk& disk, std::vector<Target>& targets) {
+    std::string failed;
+    for (Target& target : targets) {
+        failed += put_back(disk, target);
+    }
+    return failed;
+}
+
+// A file that may not be written is not replaced either, though its folder would allow it; nor is
+// what is no file at all.
+void require_writable(Disk& disk, const std::string& path) {
+    disk.open_for_update(path)->close();
 }
 
 Target prepare(Disk& disk, const FileReplacement& file) {
@@ -112,8 +130,31 @@ Target prepare(Disk& disk, const FileReplacement& file) {
     if (disk.is_folder(target.path)) {
         throw RuntimeError(ErrorNumber::PathFileAccess, file.path + " is a folder");
     }
+    target.existed = disk.is_file(target.path);
     target.in_place = disk.link_count(target.path) > 1;
+    if (target.existed) {
+        require_writable(disk, target.path);
+    }
     return target;
+}
+
+void write_all(Disk& disk, const std::vector<FileReplacement>& files,
+               std::vector<Target>& targets) {
+    for (const FileReplacement& file : files) {
+        targets.push_back(prepare(disk, file));
+        Target& target = targets.back();
+        write_temporary(disk, target.path + ".morvane-tmp", target.path, target.temporary,
+                        file.write);
+    }
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        // Once the last file is renamed there is nothing left to fail.
+        if (targets[i].in_place || i + 1 < targets.size()) {
+            keep_old_content(disk, targets[i]);
+        }
+    }
+    for (Target& target : targets) {
+        put_into_place(disk, target);
+    }
 }
 
 } // namespace
@@ -121,24 +162,15 @@ Target prepare(Disk& disk, const FileReplacement& file) {
 void replace_files(Disk& disk, const std::vector<FileReplacement>& files) {
     std::vector<Target> targets;
     try {
-        for (const FileReplacement& file : files) {
-            targets.push_back(prepare(disk, file));
-            Target& target = targets.back();
-            write_temporary(disk, target.path + ".morvane-tmp", target.path, target.temporary,
-                            file.write);
+        write_all(disk, files, targets);
+    } catch (const RuntimeError& error) {
+        const std::string failed = put_all_back(disk, targets);
+        if (failed.empty()) {
+            throw;
         }
-        for (std::size_t i = 0; i < targets.size(); ++i) {
-            if (targets[i].in_place || i + 1 < targets.size()) {
-                keep_old_content(disk, targets[i]);
-            }
-        }
-        for (Target& target : targets) {
-            put_into_place(disk, target);
-        }
+        throw RuntimeError(error.code(), error.about() + failed);
     } catch (...) {
-        for (Target& target : targets) {
-            put_back(disk, target);
-        }
+        put_all_back(disk, targets);
         throw;
     }
     for (const Target& target : targets) {

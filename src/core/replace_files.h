@@ -21,9 +21,11 @@ struct FileReplacement {
 /// counted, brought to the medium, and only when all are complete are they renamed into place in
 /// the order given. When a rename fails, those already replaced are put back from a copy
 /// ("NAME.morvane-old"). Symbolic links are followed, permissions kept; a file that has several
-/// names (hard links) is written in place after a copy was kept.
+/// names (hard links) is written in place after a copy was kept. A file that may not be written is
+/// PermissionDenied even where its folder would let it be replaced.
 ///
-/// Throws RuntimeError; then all files are as they were and no temporary file is left.
+/// Throws RuntimeError; then all files are as they were and no temporary file is left. Should even
+/// the putting back fail, the error says where the old content is.
 void replace_files(Disk& disk, const std::vector<FileReplacement>& files);
 
 /// replace_files for one file.
