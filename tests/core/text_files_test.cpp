@@ -77,13 +77,13 @@ TEST_F(TextFiles, FailureWhileLoadingIsTold) {
 }
 
 TEST_F(TextFiles, CopyTextFileNormalisesAndAddsTheEmptyLine) {
-    copy_text_file(services, folder.write("a.asm", "1\n2\r3"), folder.file("b.asm"));
+    EXPECT_TRUE(copy_text_file(services, folder.write("a.asm", "1\n2\r3"), folder.file("b.asm")));
     EXPECT_EQ(folder.read("b.asm"), crlf({"1", "2", "3", ""}));
     EXPECT_THAT(reporter.boxes, IsEmpty());
 }
 
 TEST_F(TextFiles, CopyTextFileOfNothingWritesNothing) {
-    copy_text_file(services, folder.file("none.asm"), folder.file("b.asm"));
+    EXPECT_FALSE(copy_text_file(services, folder.file("none.asm"), folder.file("b.asm")));
     EXPECT_EQ(reporter.boxes.size(), 1U);
     EXPECT_FALSE(folder.has("b.asm"));
 }

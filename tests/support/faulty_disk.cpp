@@ -40,15 +40,23 @@ FaultyDisk::FaultyDisk() : disk_(make_system_disk()) {}
 
 void FaultyDisk::fail_at(std::size_t n, ErrorNumber number, Fault fault) {
     fail_at_ = n;
+    gone_for_good_ = false;
     calls_ = 0;
     number_ = number;
     fault_ = fault;
     journal_.clear();
 }
 
+void FaultyDisk::fail_from(std::size_t n, ErrorNumber number) {
+    fail_at(n, number);
+    gone_for_good_ = true;
+}
+
 bool FaultyDisk::step(const std::string& what) {
     journal_.push_back(what);
-    if (++calls_ != fail_at_) {
+    ++calls_;
+    const bool turn = calls_ == fail_at_ || (gone_for_good_ && calls_ > fail_at_);
+    if (!turn) {
         return false;
     }
     if (fault_ == Fault::ShortWrite && what.rfind("write ", 0) == 0) {

@@ -20,6 +20,8 @@ class FaultyDisk final : public Disk {
     /// Lets call number `n` (from 1) fail with `number`; 0 lets none fail. Counting starts again.
     void fail_at(std::size_t n, ErrorNumber number = ErrorNumber::DeviceIo,
                  Fault fault = Fault::Throw);
+    /// Lets call number `n` and all behind it fail: the disk has gone.
+    void fail_from(std::size_t n, ErrorNumber number = ErrorNumber::DeviceIo);
     std::size_t calls() const { return calls_; }
     /// What was called, e.g. "rename NAME", for messages of failing tests.
     const std::vector<std::string>& journal() const { return journal_; }
@@ -47,6 +49,7 @@ class FaultyDisk final : public Disk {
   private:
     std::unique_ptr<Disk> disk_;
     std::size_t fail_at_ = 0;
+    bool gone_for_good_ = false;
     std::size_t calls_ = 0;
     ErrorNumber number_ = ErrorNumber::DeviceIo;
     Fault fault_ = Fault::Throw;

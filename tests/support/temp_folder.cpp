@@ -23,7 +23,7 @@ TempFolder::TempFolder() {
 TempFolder::~TempFolder() {
     std::error_code error;
     for (const auto& entry : fs::recursive_directory_iterator(path_, error)) {
-        if (entry.is_directory() && !entry.is_symlink()) {
+        if (!entry.is_symlink(error) && entry.is_directory(error)) {
             fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add, error);
         }
     }
