@@ -35,7 +35,7 @@ bool add_flexing_wings(Assembly& assembly);
 bool use_shadow_model(Assembly& assembly);
 void add_wing_shadow(Assembly& assembly);
 
-/// Renames the labels of the part's model file in place. False when it cannot be loaded.
+/// Renames the labels of this export's model file in place. False when it cannot be loaded.
 bool suffix_labels_of(Assembly& assembly, AircraftPart part);
 
 /// Writes a store in place of a file of the user's and remembers that.

@@ -160,7 +160,7 @@ std::vector<std::vector<std::uint32_t>> common_lengths(const Stretch& a, const S
     return lengths;
 }
 
-// The part where the two differ. A large one is shown as taken out and put in whole.
+// The stretch where the two differ. A large one is shown as taken out and put in whole.
 void diff_middle(DiffWriter& diff, const Stretch& a, const Stretch& b) {
     constexpr std::size_t most_cells = 4'000'000;
     const bool whole = a.count * b.count > most_cells;
