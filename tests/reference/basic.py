@@ -1,4 +1,4 @@
-"""Numbers, texts and line stores as the old tool's language had them.
+"""Numbers, texts and line stores.
 
 Part of the reference that the golden files were made with: plain Python, one rule after the other,
 sharing nothing with the program.
