@@ -79,6 +79,15 @@ Place place_of(std::string_view text, std::size_t offset) {
                 1};
 }
 
+std::size_t byte_of(std::string_view text, Place place) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    std::size_t begin = place.line == 1 && text.starts_with(mark) ? mark.size() : 0;
+    for (std::size_t line = 1; line < place.line; ++line) {
+        begin = std::min(text.find('\n', begin), text.size() - 1) + 1;
+    }
+    return begin + byte_at(text.substr(begin), place.column - 1);
+}
+
 DocumentErrors::DocumentErrors(std::string file, std::string_view text)
     : file_(std::move(file)), lines_(document_lines(text)) {}
 
