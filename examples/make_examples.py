@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the source sets of the examples: a small airport and two aircraft.
+"""Writes the source sets of the examples: a small airport, two aircraft, and three library designs.
 
 The sets have the shapes of real exports. Run it in this folder after a change of the scenes below;
 the files that it writes are committed, so nobody needs it to build or to use the program.
@@ -253,6 +253,56 @@ FULL_HEADER = [
 ]
 
 
+def hangar():
+    model = Model("hangar")
+    steel = model.material((196, 200, 204))
+    sheet = model.texture(["HANGAR_1.BMP", "HANGAR_1_L.BMP"])
+    for start, end in [((-16, -12), (16, -12)), ((16, -12), (16, 12)), ((16, 12), (-16, 12)),
+                       ((-16, 12), (-16, -12))]:
+        model.wall(steel, start, end, 8.5, sheet)
+    model.quad(steel, (-16, -12), (16, 12), 8.5, sheet)
+    return model
+
+
+def fuel_tank():
+    """A tank of twelve sides, designed at half size."""
+    model = Model("fuel_tank")
+    white = model.material((240, 240, 236))
+    ring = [(2.5 * math.cos(n * math.pi / 6), 2.5 * math.sin(n * math.pi / 6)) for n in range(12)]
+    for n in range(12):
+        model.wall(white, ring[n], ring[n - 1], 3.2, None)
+    top = [((x, 3.2, z), (0.0, 1.0, 0.0), (0.0, 0.0)) for x, z in ring]
+    model.block(white, top, [(0, n + 1, n) for n in range(1, 11)])
+    return model
+
+
+def light_mast():
+    model = Model("light_mast")
+    grey = model.material((120, 124, 128))
+    lamp = model.texture(["MASTLAMP.BMP"])
+    for start, end in [((-0.2, 0), (0.2, 0)), ((0, -0.2), (0, 0.2))]:
+        model.wall(grey, start, end, 24.0, None)
+    model.quad(grey, (-1.5, -1.5), (1.5, 1.5), 24.1, lamp)
+    return model
+
+
+def design_frame(name, size, scale):
+    """The frame of a design that goes into a library: `size` is its diameter in scale units."""
+    yield f"; {name}.asm: object frame"
+    yield ""
+    yield "    include C:\\GMAX\\GAMEPACKS\\FS2002\\INCLUDE\\BGL.INC"
+    yield ""
+    yield "object_0 label BGLCODE"
+    yield f"    SCALE_AGL {name}_skip,0,{size},{scale},051EDB8h,0,0FCD9FF8Bh,0,0,0"
+    yield f"    INSTANCE_CALL {name}_MASTER,0,0,0"
+    yield f"{name}_skip label BGLCODE"
+    yield "    BGL_RETURN"
+    yield ""
+    yield f"    include C:\\GMAX\\EXPORT\\{name}_0.asm"
+    yield ""
+    yield "    END"
+
+
 def write(path, lines):
     path.parent.mkdir(exist_ok=True)
     path.write_bytes("".join(line + "\r\n" for line in lines).encode("cp1252"))
@@ -266,6 +316,10 @@ def main():
         stem = name.replace("-", "_")
         write(HERE / name / f"{stem}_0.asm", aircraft(stem).lines())
         write(HERE / name / f"{stem}.asm", aircraft_frame(stem, header))
+    for model, size, scale in [(hangar(), "41", 65536), (fuel_tank(), "7", 32768),
+                               (light_mast(), "030h", 65536)]:
+        write(HERE / "library" / f"{model.name}_0.asm", model.lines())
+        write(HERE / "library" / f"{model.name}.asm", design_frame(model.name, size, scale))
 
 
 if __name__ == "__main__":

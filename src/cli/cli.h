@@ -47,5 +47,6 @@ void add_inspect_command(CLI::App& app, Cli& cli);
 void add_process_command(CLI::App& app, Cli& cli);
 void add_tool_commands(CLI::App& app, Cli& cli); // backup, restore, compile, rename-labels
 void add_assemble_command(CLI::App& app, Cli& cli);
+void add_library_commands(CLI::App& app, Cli& cli);
 
 } // namespace morvane::cli
