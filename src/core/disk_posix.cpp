@@ -175,10 +175,12 @@ std::int64_t nanoseconds(const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-void require_regular(int fd, const std::string& path) {
-    if (!S_ISREG(status_of(fd, path).st_mode)) {
+struct stat require_regular(int fd, const std::string& path) {
+    const struct stat status = status_of(fd, path);
+    if (!S_ISREG(status.st_mode)) {
         throw RuntimeError(ErrorNumber::PathFileAccess, path + " is no regular file");
     }
+    return status;
 }
 
 // O_NONBLOCK keeps an open of a named pipe from waiting for its other end.
@@ -313,8 +315,7 @@ class PosixDisk final : public Disk {
         if (fd.get() < 0) {
             fail(errno, path);
         }
-        require_regular(fd.get(), path);
-        const auto size = static_cast<std::uint64_t>(status_of(fd.get(), path).st_size);
+        const auto size = static_cast<std::uint64_t>(require_regular(fd.get(), path).st_size);
         return std::make_unique<PosixReadableFile>(std::move(fd), path, size);
     }
 
