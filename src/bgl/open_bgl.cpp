@@ -6,6 +6,7 @@
 #include "core/text_writer.h"
 
 #include <array>
+#include <filesystem>
 
 namespace morvane {
 
@@ -43,7 +44,7 @@ void InvalidFileList::add(const std::string& path) {
         file_ = disk_.open_for_appending(path_);
     }
     TextWriter out(*file_);
-    out.line(path);
+    out.line(std::filesystem::absolute(path).string());
     out.flush();
 }
 

@@ -25,7 +25,7 @@ class InvalidFileList {
     InvalidFileList& operator=(const InvalidFileList&) = delete;
     ~InvalidFileList();
 
-    /// Appends one line. Throws RuntimeError.
+    /// Appends the full path as one line. Throws RuntimeError.
     void add(const std::string& path);
 
   private:

@@ -17,12 +17,12 @@ std::string environment(const char* name) {
     return value == nullptr ? std::string() : std::string(value);
 }
 
+} // namespace
+
 std::string executable_folder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
 }
-
-} // namespace
 
 std::string Cli::program_folder() {
     return resolve_program_folder(

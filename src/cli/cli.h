@@ -35,6 +35,9 @@ struct Cli {
     std::string default_effect();
 };
 
+/// The folder that this program lies in.
+std::string executable_folder();
+
 /// Hangs `run` on a command: it is called when the command line has been read, and gives the exit
 /// status.
 void on_call(CLI::App& command, Cli& cli, std::function<int()> run);
@@ -48,5 +51,6 @@ void add_process_command(CLI::App& app, Cli& cli);
 void add_tool_commands(CLI::App& app, Cli& cli); // backup, restore, compile, rename-labels
 void add_assemble_command(CLI::App& app, Cli& cli);
 void add_library_commands(CLI::App& app, Cli& cli);
+void add_bgl_commands(CLI::App& app, Cli& cli);
 
 } // namespace morvane::cli

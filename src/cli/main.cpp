@@ -32,6 +32,7 @@ void add_commands(CLI::App& app, Cli& cli) {
     add_tool_commands(app, cli);
     add_assemble_command(app, cli);
     add_library_commands(app, cli);
+    add_bgl_commands(app, cli);
 }
 
 int report_failure(const std::string& text) {
