@@ -95,6 +95,18 @@ TEST_F(Unpack, ACompressedLibraryIsListed) {
                 HasSubstr("\ncomplete " + std::to_string(library.size()) + " same data\n"));
 }
 
+TEST_F(Unpack, TheCommandLineListsACompressedLibrary) {
+    use_library("sup.dll");
+    const std::string path =
+        write_packed("packed.bgl", 1, test::library_file({.objects = {{.name = "Tower"}}}));
+    const std::string command = std::string(MORVANE_CLI) + " --program-folder " + home.path() +
+                                " bgl analyse " + path + " >" + home.file("report.txt");
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    EXPECT_THAT(home.read("report.txt"),
+                HasSubstr("Library Objects : 1\n"
+                          " 000000000h,000000000h,000000000h,000000000h, 1.0 0 100 Tower\n"));
+}
+
 TEST_F(Unpack, ALongerEarlierFileKeepsItsTail) {
     use_library("sup.dll");
     home.write("out.bgl", "an earlier file");
