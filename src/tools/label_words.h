@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,7 +11,9 @@
 namespace morvane {
 
 /// What parts the words of a line for the label rules.
-bool is_label_delimiter(char c);
+inline bool is_label_delimiter(char c) {
+    return c == ' ' || c == ',' || c == ';';
+}
 
 /// Calls `use(word)` for every run of characters between delimiters or the ends of the line.
 template <typename Use>
@@ -43,10 +46,12 @@ class LabelWords {
 
   private:
     bool may_be_known(std::string_view word) const;
+    void add_labels_of(std::string_view word, std::vector<std::uint32_t>& numbers) const;
 
     std::unordered_map<std::string_view, std::vector<std::uint32_t>> by_word_;
     std::vector<std::uint32_t> wordless_;
     std::vector<std::uint64_t> sieve_;
+    std::array<bool, 256> begins_{}; // the first bytes of known words
 };
 
 } // namespace morvane
