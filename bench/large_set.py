@@ -1,4 +1,7 @@
-"""The large source set of bench/compare."""
+"""large_set.py FOLDER SHAPE: writes the large source set of bench/compare."""
+
+import sys
+from pathlib import Path
 
 LINES = 1_000_000
 MARKED, PLAIN, TRIANGLES = 300, 40, 100
@@ -88,3 +91,7 @@ def write(folder, shape):
              "    INSTANCE_CALL b,0,0,02000h", "    END"]
     (folder / "large.asm").write_bytes((end.join(frame) + end).encode("ascii"))
     (folder / "large.toml").write_text(recipe_text())
+
+
+if __name__ == "__main__":
+    write(Path(sys.argv[1]), sys.argv[2])

@@ -83,6 +83,7 @@ struct OpenSet {
     std::vector<Material> materials;       // material number n stands at n - 1
     std::vector<Translation> translations; // row n of the translation table stands at n - 1
     std::size_t vertex_list = 0;           // index of the line after VERTEX_LIST_BEGIN
+    std::size_t bgl_end = 1;               // a line of the model before which no BGL_END stands
     Placement placement;
     NewCodeBuffer new_code;
     std::vector<ReplacementRecord> records; // ascending by insertion line

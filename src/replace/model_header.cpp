@@ -136,8 +136,8 @@ void update_model_header(Disk& disk, LineStore& frame, const DictionaryTable& ta
     write_frame_trace(disk, frame, trace_folder);
 }
 
-std::size_t find_bgl_end(const LineStore& model, Reporter& reporter) {
-    const std::size_t found = find_trimmed_prefix("BGL_END", model);
+std::size_t find_bgl_end(const LineStore& model, Reporter& reporter, std::size_t start) {
+    const std::size_t found = find_trimmed_prefix("BGL_END", model, start);
     if (found == 0) {
         reporter.message_box("Cannot find proper BGL END code. File cannot be processed.",
                              Icon::Critical);

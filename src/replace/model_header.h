@@ -35,7 +35,8 @@ void insert_model_header(Disk& disk, LineStore& frame, const DictionaryTable& ta
 void update_model_header(Disk& disk, LineStore& frame, const DictionaryTable& table,
                          const std::optional<std::string>& trace_folder = {});
 
-/// The index of the first BGL_END line. Without one a message box is shown and the result is 0.
-std::size_t find_bgl_end(const LineStore& model, Reporter& reporter);
+/// The index of the first BGL_END line; `start` is a line before which none stands. Without one a
+/// message box is shown and the result is 0.
+std::size_t find_bgl_end(const LineStore& model, Reporter& reporter, std::size_t start = 1);
 
 } // namespace morvane

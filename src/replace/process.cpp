@@ -88,13 +88,18 @@ void file_record(OpenSet& set, std::size_t insertion_line, std::size_t first, st
     }
 }
 
-std::size_t insertion_line(const Services& services, const OpenSet& set, std::size_t row,
-                           Kind kind) {
+std::size_t insertion_line(const Services& services, OpenSet& set, std::size_t row, Kind kind) {
     if (!goes_behind_bgl_end(kind)) {
         return set.translation(row).block.selecting_line + 1;
     }
-    const std::size_t bgl_end = find_bgl_end(set.model, services.reporter);
-    return bgl_end == 0 ? 0 : bgl_end + 1;
+    const std::size_t bgl_end = find_bgl_end(set.model, services.reporter, set.bgl_end);
+    if (bgl_end == 0) {
+        return 0;
+    }
+    // Lines are only ever commented out, so none before this one will become a BGL_END line, and
+    // the next material need not look through them.
+    set.bgl_end = bgl_end;
+    return bgl_end + 1;
 }
 
 void note_empty_block(const Services& services, const OpenSet& set, std::size_t row) {
