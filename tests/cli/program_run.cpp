@@ -23,6 +23,9 @@ ProgramRun run_commands(const std::string& folder, const std::string& commands) 
     const std::string script = own.write("commands", commands);
     const std::string programs = fs::path(MORVANE_CLI).parent_path().string();
     fs::create_directory(own.file("settings"));
+    for (const std::string& path : {own.path(), own.file("settings")}) {
+        fs::permissions(path, fs::perms(0777)); // a test may run the program as another user
+    }
     const std::string line = "cd " + quoted(folder) + " && PATH=" + quoted(programs) +
                              ":\"$PATH\" MORVANE_HOME=" + quoted(own.file("settings")) + " sh " +
                              quoted(script) + " </dev/null >" + quoted(own.file("output")) + " 2>" +
