@@ -76,6 +76,7 @@ def run(command, folder, output):
 
 
 def main(program, count="500"):
+    program = str(Path(program).resolve())
     saved = 0
     for seed in range(int(count)):
         folder = Path(tempfile.mkdtemp())
