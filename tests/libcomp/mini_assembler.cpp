@@ -1,9 +1,9 @@
 #include "libcomp/mini_assembler.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <vector>
@@ -64,25 +64,24 @@ class Assembler {
 
   private:
     void one_line(const std::string& line, int depth) {
-        static const std::regex label(R"(([A-Za-z_]\w*)\s+label\s+word)", std::regex::icase);
-        static const std::regex include(R"(include\s+(.*))", std::regex::icase);
-        static const std::regex data(R"(d([bwd])\s+(.*))", std::regex::icase);
-        std::smatch match;
         if (line.empty() || line[0] == ';') {
             return;
         }
-        if (std::regex_match(line, match, label)) {
-            if (!labels_.emplace(lower(match[1]), bytes_.size()).second) {
+        const std::size_t blank = std::min(line.find_first_of(" \t"), line.size());
+        const std::string first = line.substr(0, blank);
+        const std::string rest = stripped(line.substr(blank));
+        const std::string keyword = lower(first);
+        if (lower(rest).starts_with("label") && stripped(lower(rest.substr(5))) == "word") {
+            if (!labels_.emplace(keyword, bytes_.size()).second) {
                 fail(line, "a label twice");
             }
-        } else if (std::regex_match(line, match, include)) {
+        } else if (keyword == "include" && !rest.empty()) {
             if (depth > 8) {
                 fail(line, "includes without end");
             }
-            text(included_(match[1]), depth + 1);
-        } else if (std::regex_match(line, match, data)) {
-            const char size = lower(match[1])[0];
-            operands(match[2], size == 'b' ? 1 : size == 'w' ? 2 : 4, line);
+            text(included_(rest), depth + 1);
+        } else if (keyword == "db" || keyword == "dw" || keyword == "dd") {
+            operands(rest, keyword == "db" ? 1 : keyword == "dw" ? 2 : 4, line);
         } else {
             fail(line, "an unknown statement");
         }
@@ -104,22 +103,36 @@ class Assembler {
     }
 
     void one_operand(const std::string& text, std::size_t width, const std::string& line) {
-        static const std::regex distance(R"(\(offset (\w+)\)(?:\s*-\s*\(offset (\w+)\))?)",
-                                         std::regex::icase);
-        static const std::regex repeat(R"((\d+)\s+dup\s*\(([^()]*)\))", std::regex::icase);
-        std::smatch match;
+        const std::size_t dup = lower(text).find(" dup(");
         if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
             string(text.substr(1, text.size() - 2), width, line);
-        } else if (std::regex_match(text, match, distance)) {
-            gaps_.push_back({bytes_.size(), width, match[1], match[2], line});
-            bytes_.append(width, '\0');
-        } else if (std::regex_match(text, match, repeat)) {
-            for (long long i = number(match[1], line); i > 0; --i) {
-                put(number(match[2], line), width, line);
+        } else if (lower(text).starts_with("(offset ")) {
+            distance(text, width, line);
+        } else if (dup != std::string::npos && text.back() == ')') {
+            const long long value = number(text.substr(dup + 5, text.size() - dup - 6), line);
+            for (long long i = number(text.substr(0, dup), line); i > 0; --i) {
+                put(value, width, line);
             }
         } else {
             put(number(text, line), width, line);
         }
+    }
+
+    // "(offset A)" or "(offset A) - (offset B)".
+    void distance(const std::string& text, std::size_t width, const std::string& line) {
+        const std::size_t minus = text.find('-');
+        const std::string plus = offset_name(stripped(text.substr(0, minus)), line);
+        const std::string less =
+            minus == std::string::npos ? "" : offset_name(stripped(text.substr(minus + 1)), line);
+        gaps_.push_back({bytes_.size(), width, plus, less, line});
+        bytes_.append(width, '\0');
+    }
+
+    static std::string offset_name(const std::string& text, const std::string& line) {
+        if (!lower(text).starts_with("(offset ") || text.back() != ')') {
+            fail(line, "'" + text + "' is no offset");
+        }
+        return stripped(text.substr(8, text.size() - 9));
     }
 
     void string(const std::string& text, std::size_t width, const std::string& line) {
@@ -130,15 +143,17 @@ class Assembler {
     }
 
     static long long number(const std::string& text, const std::string& line) {
-        static const std::regex decimal(R"(-?\d{1,10})");
-        static const std::regex hexadecimal(R"(\d[0-9A-Fa-f]*[hH])");
-        if (std::regex_match(text, decimal)) {
-            return std::stoll(text);
+        const bool hexadecimal = lower(text).ends_with('h');
+        const std::string digits = hexadecimal             ? text.substr(0, text.size() - 1)
+                                   : text.starts_with('-') ? text.substr(1)
+                                                           : text;
+        const char* const allowed = hexadecimal ? "0123456789ABCDEFabcdef" : "0123456789";
+        if (digits.empty() || digits.size() > 12 || digits[0] > '9' ||
+            digits.find_first_not_of(allowed) != std::string::npos) {
+            fail(line, "'" + text + "' is no number");
         }
-        if (std::regex_match(text, hexadecimal)) {
-            return std::stoll(text.substr(0, text.size() - 1), nullptr, 16);
-        }
-        fail(line, "'" + text + "' is no number");
+        const long long value = std::stoll(digits, nullptr, hexadecimal ? 16 : 10);
+        return text.starts_with('-') ? -value : value;
     }
 
     void put(long long value, std::size_t width, const std::string& line) {
