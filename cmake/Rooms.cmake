@@ -3,7 +3,9 @@
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+  # Without this ccache passes over everything that uses a precompiled header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+                                  CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
 endif()
 
 add_library(morvane_options INTERFACE)
@@ -17,6 +19,17 @@ if(MORVANE_SANITIZE)
                                                    -fno-omit-frame-pointer)
   target_link_options(morvane_options INTERFACE -fsanitize=address,undefined)
 endif()
+
+# morvane_precompile(TARGET HEADER...): has the target read large headers of libraries only once.
+# Off where the build has to show that every file includes what it needs.
+function(morvane_precompile target)
+  if(MORVANE_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      target_compile_options(${target} PRIVATE -fpch-preprocess) # for ccache
+    endif()
+  endif()
+endfunction()
 
 # morvane_room(NAME USES a b ...): the static library morvane_NAME of all sources in this folder.
 function(morvane_room name)
@@ -35,6 +48,9 @@ function(morvane_tests name)
   target_compile_definitions(test_${name} PRIVATE MORVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   target_link_libraries(test_${name} PRIVATE ${ROOM_USES} morvane_test_support GTest::gtest_main
                                              GTest::gmock)
+  # The tests are many and run once: what counts is the time it takes to compile them.
+  target_compile_options(test_${name} PRIVATE -O0)
+  morvane_precompile(test_${name} <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
   gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 120
                        PROPERTIES TIMEOUT 300)
 endfunction()

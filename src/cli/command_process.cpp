@@ -91,7 +91,7 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
                      const ProcessOptions& options) {
     const std::string output = options.output.empty() ? options.base : options.output;
     const std::optional<std::string> trace =
-        options.trace ? std::optional<std::string>("") : std::nullopt;
+        options.trace && !options.dry_run ? std::optional<std::string>("") : std::nullopt;
     Outcome outcome;
     const OldLines old = options.dry_run ? OldLines{set.model, set.frame} : OldLines();
     outcome.applied = apply_recipe(cli.services(), set, recipe, plan, trace);
