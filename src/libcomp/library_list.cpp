@@ -7,6 +7,7 @@
 #include "core/text.h"
 #include "libcomp/design.h"
 
+#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -67,7 +68,7 @@ std::string scale_text(std::int32_t stored) {
     }
     const double scale = unit_scale / stored;
     for (int places = 0; places <= 15; ++places) {
-        const std::string text = format_decimal(scale, 0, places);
+        std::string text = format_decimal(scale, 0, places);
         const double shown = val(text);
         if (shown != 0 && std::abs(unit_scale / shown) < std::numeric_limits<std::int32_t>::max() &&
             to_stored_scale(shown) == stored) {
