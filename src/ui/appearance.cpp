@@ -1,8 +1,10 @@
 #include "ui/appearance.h"
 
 #include <QApplication>
+#include <QColor>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QStyleOption>
 #include <QToolTip>
 
 namespace morvane {
@@ -86,7 +88,7 @@ Appearance appearance_from_name(const QString& name) {
 
 void use_roomy_style() {
     QApplication::setStyle(new RoomyStyle);
-}
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
 
 void apply_appearance(Appearance appearance) {
     if (appearance == Appearance::System) {
@@ -98,6 +100,7 @@ void apply_appearance(Appearance appearance) {
     if (style == nullptr || style->baseStyle()->name() != QLatin1String("fusion")) {
         QApplication::setStyle(new RoomyStyle(QStringLiteral("Fusion")));
     }
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
     const QPalette palette =
         palette_of(appearance == Appearance::Dark ? dark_shades : light_shades);
     QApplication::setPalette(palette);

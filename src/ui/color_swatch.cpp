@@ -1,6 +1,8 @@
 #include "ui/color_swatch.h"
 
 #include <QPainter>
+#include <QPalette>
+#include <QPen>
 #include <QPixmap>
 
 namespace morvane {

@@ -104,6 +104,9 @@ void Form1::connect_colors() {
          {ui_->actionColorsLight, Appearance::Light},
          {ui_->actionColorsDark, Appearance::Dark}}};
     const Appearance chosen = appearance_from_name(state_.value(QStringLiteral("colors")));
+    if (chosen != Appearance::System) {
+        apply_appearance(chosen);
+    }
     for (const auto& [action, appearance] : choices) {
         group->addAction(action);
         action->setChecked(appearance == chosen);

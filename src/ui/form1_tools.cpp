@@ -25,6 +25,7 @@ void Form1::connect_tools() {
     opens(ui_->Command7, ui_->actionLibrary, [this] { tools_.show_library(); });
     opens(ui_->Command9, ui_->actionLabel,
           [this] { tools_.show_labels([this] { return ui_->InputFile->text(); }); });
+    opens(ui_->Command13, ui_->actionLibraryCompiler, [this] { tools_.show_compiler(); });
 }
 
 void Form1::backup() {

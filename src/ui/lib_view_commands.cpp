@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QFileSystemModel>
 #include <QScrollBar>
+#include <QTextCursor>
 
 namespace morvane {
 

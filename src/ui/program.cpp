@@ -6,6 +6,7 @@
 #include "ui/qt_text.h"
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QStandardPaths>
 

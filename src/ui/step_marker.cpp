@@ -1,7 +1,9 @@
 #include "ui/step_marker.h"
 
+#include <QFont>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPen>
 
 namespace morvane {
 

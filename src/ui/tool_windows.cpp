@@ -1,6 +1,7 @@
 #include "ui/tool_windows.h"
 
 #include "ui/frm_label_rename.h"
+#include "ui/frm_lib_comp.h"
 #include "ui/frm_model.h"
 #include "ui/lib_view.h"
 #include "ui/text_viewer.h"
@@ -42,6 +43,13 @@ void ToolWindows::show_labels(const std::function<QString()>& input_file) {
     labels_->bring_up();
 }
 
+void ToolWindows::show_compiler() {
+    if (!compiler_) {
+        compiler_ = std::make_unique<frmLibComp>(desk_, state_);
+    }
+    compiler_->bring_up();
+}
+
 TextViewer& ToolWindows::viewer() {
     if (!viewer_) {
         viewer_ = std::make_unique<TextViewer>(desk_, state_);
@@ -50,7 +58,7 @@ TextViewer& ToolWindows::viewer() {
 }
 
 bool ToolWindows::close_all() {
-    return close(model_) && close(library_) && close(labels_) && close(viewer_);
+    return close(model_) && close(library_) && close(labels_) && close(compiler_) && close(viewer_);
 }
 
 } // namespace morvane

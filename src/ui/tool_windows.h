@@ -13,6 +13,7 @@ class LibView;
 class TextViewer;
 class WindowState;
 class frmLabelRename;
+class frmLibComp;
 class frmModel;
 
 /// The forms of the other tools: each made when it is first wanted and kept until the main window
@@ -28,6 +29,7 @@ class ToolWindows {
     LibView& show_library();
     /// `input_file` gives the base path that the main window shows.
     void show_labels(const std::function<QString()>& input_file);
+    void show_compiler();
 
     /// The library browser if it has been made yet.
     LibView* library() { return library_.get(); }
@@ -42,6 +44,7 @@ class ToolWindows {
     std::unique_ptr<frmModel> model_;
     std::unique_ptr<LibView> library_;
     std::unique_ptr<frmLabelRename> labels_;
+    std::unique_ptr<frmLibComp> compiler_;
     std::unique_ptr<TextViewer> viewer_;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/rig.h"
 
+#include <QDialog>
+
 #include <filesystem>
 
 namespace morvane::test {

@@ -1,12 +1,18 @@
 // Takes the pictures of the user guide: every form, in light and dark.
 //   screenshots FOLDER SUFFIX     QT_SCALE_FACTOR sets the size
 
+#include "bgl/bgl_files.h"
 #include "ui/appearance.h"
 #include "ui/program.h"
 #include "ui/rig.h"
 
 #include <QApplication>
+#include <QListWidget>
 #include <QPixmap>
+#include <QTabWidget>
+#include <QTableView>
+
+#include <random>
 
 namespace morvane::test {
 namespace {
@@ -55,10 +61,70 @@ void take_dialogs(Rig& rig, const Album& album) {
     take_dialog(rig, album, QStringLiteral("Library"), QStringLiteral("frm_library"));
 }
 
-void take_tools(Rig& rig, const Album& album) {
+QString write_library(const Rig& rig) {
+    std::mt19937 random(2002);
+    LibrarySpec library;
+    library.objects = random_objects(random, 12);
+    const char* names[] = {"Hangar, small", "Hangar, large", "Control tower", "Fuel truck",
+                           "Fire engine",   "Wind turbine",  "Water tower",   "Radar dome",
+                           "Passenger bus", "Statue",        "Fence, 10 m",   "Fence, 50 m"};
+    for (std::size_t i = 0; i < library.objects.size(); ++i) {
+        library.objects[i].name = names[i];
+        library.objects[i].power = 100;
+        library.objects[i].type = 0;
+        library.objects[i].stored_scale = i % 3 == 0 ? 131072 : 65536;
+    }
+    return QString::fromStdString(
+        rig.folder.write("scenery/airport_objects.bgl", library_file(library)));
+}
+
+void take_browser(Rig& rig, const Album& album) {
+    rig.dialogs.files = {write_library(rig)};
     click(*rig.form, "Command7");
-    album.take(rig.window("LibView"), QStringLiteral("lib_view"));
+    QWidget& browser = rig.window("LibView");
+    click(browser, "Command2");
+    QTest::qWait(200);
+    click(browser, "Command1");
+    album.take(browser, QStringLiteral("lib_view"));
+    auto& tabs = control<QTabWidget>(browser, "tabs");
+    tabs.setCurrentIndex(1);
+    auto& table = control<QTableView>(browser, "objectTable");
+    table.setCurrentIndex(table.model()->index(2, 0));
+    album.take(browser, QStringLiteral("lib_view_objects"));
+}
+
+void take_model(Rig& rig, const Album& album) {
+    rig.settings.write("model.ini", "md001\r\n/work/plane/complete\r\n/work/plane/fuselage\r\n"
+                                    "/work/plane/wings_high\r\n/work/plane/wings_low\r\n"
+                                    "/work/plane/shadow\r\n");
+    click(*rig.form, "Command6");
+    QWidget& model = rig.window("frmModel");
+    click(model, "chkWings");
+    album.take(model, QStringLiteral("frm_model"));
+}
+
+void take_compiler(Rig& rig, const Album& album) {
+    click(*rig.form, "Command13");
+    QWidget& compiler = rig.window("frmLibComp");
+    const QString base = rig.copy_example("aircraft-lights");
+    for (const char* guid : {"1, 2, 3, 4", "1, 2, 3, 5"}) {
+        rig.dialogs.files = {base + QStringLiteral(".asm")};
+        click(compiler, "Command1");
+        type(compiler, "libGUID", QString::fromLatin1(guid));
+        click(compiler, "Command2");
+    }
+    control<QListWidget>(compiler, "libFileList").setCurrentRow(1);
+    type(compiler, "libOutFile", QStringLiteral("/work/library/library.asm"));
+    album.take(compiler, QStringLiteral("frm_lib_comp"));
+}
+
+void take_tools(Rig& rig, const Album& album) {
+    take_model(rig, album);
+    take_browser(rig, album);
+    take_compiler(rig, album);
     click(*rig.form, "Command9");
+    QTest::qWait(50);
+    type(rig.window("frmLabelRename"), "lblAdition", QStringLiteral("G2"));
     album.take(rig.window("frmLabelRename"), QStringLiteral("frm_label_rename"));
 }
 
