@@ -85,8 +85,8 @@ class Disk {
     /// Refuses at once what is no regular file (a named pipe, a device).
     virtual std::unique_ptr<ReadableFile> open_for_reading(const std::string& path) = 0;
     /// Creates an empty file to be renamed over `model` later, with the permissions of `model` when
-    /// that exists. A stray of the same name is replaced; one that another program is writing at
-    /// this moment is PermissionDenied.
+    /// that exists. A stray of the same name is replaced; one that another program holds open at
+    /// this moment is PermissionDenied. May be renamed and removed while it is open.
     virtual std::unique_ptr<WritableFile> create_temporary(const std::string& path,
                                                            const std::string& model) = 0;
     /// Opens at the first byte without shortening the file; creates it when missing.

@@ -241,7 +241,9 @@ void take_permissions(int fd, const std::string& model) {
     if (::fchown(fd, status.st_uid, status.st_gid) != 0) {
         errno = 0;
     }
-    if (::fchmod(fd, status.st_mode & 07777) != 0) {
+    // Some file systems know only one mode, and refuse to be told even that.
+    const mode_t mode = status.st_mode & 07777;
+    if ((status_of(fd, model).st_mode & 07777) != mode && ::fchmod(fd, mode) != 0) {
         fail(errno, model);
     }
 }

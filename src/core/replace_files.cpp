@@ -15,6 +15,10 @@ struct Target {
     std::string path;      // links resolved
     std::string temporary; // the new content, once we have begun to write it
     std::string kept;      // a copy of the old content, once we have begun to write it
+    // Both stay open, and with that locked, until all is over: another run that replaces the same
+    // file meanwhile is refused instead of writing into what we are about to rename.
+    std::unique_ptr<WritableFile> temporary_file;
+    std::unique_ptr<WritableFile> kept_file;
     bool existed = false;
     bool in_place = false;
     bool touched = false; // the file itself may no longer be as it was
@@ -31,24 +35,68 @@ void remove_quietly(Disk& disk, const std::string& path) {
     }
 }
 
+std::string temporary_name(const Target& target) {
+    return target.path + ".morvane-tmp";
+}
+
+std::string kept_name(const Target& target) {
+    return target.path + ".morvane-old";
+}
+
 // `ours` receives the name as soon as the file is ours to remove.
-void write_temporary(Disk& disk, const std::string& path, const std::string& model,
-                     std::string& ours, const std::function<void(TextWriter&)>& write) {
-    const auto file = disk.create_temporary(path, model);
+std::unique_ptr<WritableFile> write_temporary(Disk& disk, const std::string& path,
+                                              const std::string& model, std::string& ours,
+                                              const std::function<void(TextWriter&)>& write) {
+    auto file = disk.create_temporary(path, model);
     ours = path;
     TextWriter writer(*file);
     write(writer);
     writer.flush();
     file->sync();
-    file->close();
+    return file;
+}
+
+bool have_same_content(Disk& disk, const std::string& a, const std::string& b) {
+    return disk.is_file(a) && disk.is_file(b) &&
+           read_bytes(disk, a).view() == read_bytes(disk, b).view();
+}
+
+// Only a run that was interrupted while it wrote in place leaves both of its own files behind. The
+// target may then hold a bit of each, and what is kept beside it is all there is.
+void require_whole(Disk& disk, const Target& target) {
+    if (target.in_place && disk.is_file(kept_name(target)) &&
+        disk.is_file(temporary_name(target)) &&
+        !have_same_content(disk, target.path, kept_name(target)) &&
+        !have_same_content(disk, target.path, temporary_name(target))) {
+        throw RuntimeError(ErrorNumber::PathFileAccess,
+                           target.path + " was being written when a run was interrupted. " +
+                               kept_name(target) +
+                               " holds what it was before: copy that over it and remove it, then "
+                               "try again.");
+    }
+}
+
+// A copy that an interrupted run has left is of no use to anybody: what it is a copy of is whole.
+void remove_stray_copy(Disk& disk, const Target& target) {
+    try {
+        if (disk.is_file(kept_name(target))) {
+            // Refused when the copy belongs to a run that is still going on.
+            const auto file = disk.create_temporary(kept_name(target), target.path);
+            disk.remove(kept_name(target));
+        }
+    } catch (const RuntimeError&) {
+        // It is in nobody's way unless a copy must be kept again, and that reports the failure.
+        return;
+    }
 }
 
 void keep_old_content(Disk& disk, Target& target) {
     if (!target.existed) {
         return;
     }
-    write_temporary(disk, target.path + ".morvane-old", target.path, target.kept,
-                    [&](TextWriter& out) { copy_bytes(disk, target.path, out); });
+    target.kept_file =
+        write_temporary(disk, kept_name(target), target.path, target.kept,
+                        [&](TextWriter& out) { copy_bytes(disk, target.path, out); });
 }
 
 void write_in_place(Disk& disk, const std::string& from, const std::string& to) {
@@ -105,6 +153,9 @@ std::string put_back(Disk& disk, Target& target) {
         // The copy stays beside the file: it is all that is left of the old content.
         failed = "; " + target.path + " could not be put back" +
                  (target.existed ? ", its old content is in " + target.kept : "");
+        if (target.in_place) {
+            return failed; // it may be a mixture now; by both strays the next run can tell
+        }
     }
     remove_quietly(disk, target.temporary);
     return failed;
@@ -143,8 +194,10 @@ void write_all(Disk& disk, const std::vector<FileReplacement>& files,
     for (const FileReplacement& file : files) {
         targets.push_back(prepare(disk, file));
         Target& target = targets.back();
-        write_temporary(disk, target.path + ".morvane-tmp", target.path, target.temporary,
-                        file.write);
+        require_whole(disk, target);
+        remove_stray_copy(disk, target);
+        target.temporary_file = write_temporary(disk, temporary_name(target), target.path,
+                                                target.temporary, file.write);
     }
     for (std::size_t i = 0; i < targets.size(); ++i) {
         // Once the last file is renamed there is nothing left to fail.

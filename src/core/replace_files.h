@@ -24,6 +24,10 @@ struct FileReplacement {
 /// names (hard links) is written in place after a copy was kept. A file that may not be written is
 /// PermissionDenied even where its folder would let it be replaced.
 ///
+/// A run that is killed leaves each file the old one or the new one, and at most those two beside
+/// it, which the next run replaces or removes. Only a file written in place can be a mixture then:
+/// the next run notices, refuses, and says where the old content is.
+///
 /// Throws RuntimeError; then all files are as they were and no temporary file is left. Should even
 /// the putting back fail, the error says where the old content is.
 void replace_files(Disk& disk, const std::vector<FileReplacement>& files);

@@ -11,7 +11,7 @@ namespace morvane::test {
 
 /// A disk that hands every call on to the real one, counts the calls that change something (or
 /// open a file), and lets the n-th fail.
-class FaultyDisk final : public Disk {
+class FaultyDisk : public Disk {
   public:
     enum class Fault { Throw, ShortWrite };
 
