@@ -56,10 +56,23 @@ bool refuse_processed(Assembly& assembly) {
     return true;
 }
 
+// A store as it would be loaded from the file that it is saved to: with one more empty line, and
+// with texts of several lines taken apart.
+LineStore saved_and_loaded(const LineStore& store) {
+    std::string text;
+    for (std::size_t i = 1; i <= store.upper(); ++i) {
+        text.append(store.line(i)).append("\r\n");
+    }
+    FileBytes bytes{std::make_unique_for_overwrite<char[]>(text.size()), text.size()};
+    text.copy(bytes.data.get(), text.size());
+    return LineStore(std::move(bytes));
+}
+
+// The output is written once: were it saved on the way, a run that is killed would leave a file
+// that is neither the export nor the result, without the marker that keeps it from a second run.
 void write_output(Assembly& assembly, const std::string& output) {
     LineStore& scratch = assembly.scratch;
-    save_user_file(assembly, output, assembly.frame);
-    reload(assembly, output, scratch);
+    scratch = saved_and_loaded(assembly.frame);
     convert_calls32(scratch);
     const std::size_t banner_line = find_line(banner_anchor, scratch, 1);
     scratch.set_line(1, ";morvane - \r\ninclude model.inc\r\n" + std::string(scratch.line(1)));
