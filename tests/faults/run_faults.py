@@ -1,0 +1,247 @@
+#!/usr/bin/env python3
+"""Shows that a writing command never leaves a half-written file, wherever it is stopped.
+
+    run_faults.py --cli PROGRAM --preload LIBRARY CASE...
+
+Each case of cases.py is run once to count its calls that change the disk. Then it is run again
+for every call, each time in a fresh copy of its files, and that call is made to go wrong in every
+way there is. After each run the files are looked at: whole, old or new, and no third.
+"""
+
+import argparse
+import errno
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+from cases import CASES
+from scratch import STRAY, Program, Scratch, boxes, contents, describe
+
+ROOT = Path(__file__).resolve().parents[2]
+
+# What the message must say, by the error of the system.
+FAILURES = {
+    errno.ENOSPC: ("61", "Disk full"),
+    errno.EIO: ("57", "Device I/O error"),
+    errno.EACCES: ("70", "Permission denied"),
+    errno.EROFS: ("70", "Permission denied"),
+}
+DEATHS = ("kill", "torn", "powerless")
+
+
+def without_empty_lines(data):
+    return [line for line in data.split(b"\r\n") if line]
+
+
+class Broken(Exception):
+    """A rule that did not hold."""
+
+
+def require(condition, text, result=None):
+    if not condition:
+        raise Broken(text + (f"\n{describe(result)}" if result else ""))
+
+
+def is_own(name):
+    """A file of the program folder: its defaults are written on the way."""
+    return name.startswith("home/")
+
+
+class Runs:
+    """One case: its files at the start, and as a run that nothing disturbs leaves them."""
+
+    def __init__(self, program, case, folder):
+        self.program = program
+        self.case = case
+        self.count = 0
+        self.start = folder / "start"
+        self.make_start()
+        self.old = self.contents(self.start)
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            journal = scratch / "journal"
+            result = self.run(work, FAULTS_JOURNAL=str(journal))
+            require(result.returncode == 0, "the undisturbed run fails", result)
+            self.new = self.contents(work)
+            self.calls = journal.read_text(encoding="utf-8").splitlines()
+        require(self.new != self.old, "the command changes nothing")
+
+    def make_start(self):
+        self.start.mkdir()
+        (self.start / "home").mkdir()
+        for example in self.case.examples:
+            shutil.copytree(ROOT / "examples" / example, self.start, dirs_exist_ok=True)
+        self.case.setup(self.start)
+        for command in self.case.before:
+            result = self.program.run(command, self.start)
+            require(result.returncode == 0, f"{command} fails", result)
+        self.case.after(self.start)
+
+    def fresh_copy(self, scratch):
+        work = scratch / "work"
+        if work.exists():
+            shutil.rmtree(work)
+        # Keeps links and second names as they are.
+        subprocess.run(["cp", "-a", self.start, work], check=True)
+        return work
+
+    def run(self, work, **faults):
+        self.count += 1
+        return self.program.run(self.case.command, work, faults, program=self.case.program)
+
+    def contents(self, work):
+        return {name: data for name, data in contents(work).items()
+                if name not in self.case.scratch}
+
+    def allowed(self, name, data):
+        """Whether a file is as it was or as it is to be."""
+        return data in (self.old.get(name), self.new.get(name))
+
+    def require_whole(self, work, result):
+        now = self.contents(work)
+        for name in {**self.old, **now}:
+            if name not in now:
+                require(name not in self.old, f"{name} is gone", result)
+            elif not STRAY.search(name):
+                require(self.allowed(name, now[name]), f"{name} is neither old nor new", result)
+
+    def require_state(self, work, state, result, strays_allowed=False):
+        """The user's files are in one state; the program's own may be old or new."""
+        self.require_whole(work, result)
+        now = self.contents(work)
+        for name in sorted({*now, *state}):
+            if is_own(name) or (strays_allowed and STRAY.search(name)):
+                continue
+            require(now.get(name) == state.get(name), f"{name} is not as it should be", result)
+
+    def is_new(self, name, data):
+        if name in self.case.growing:
+            return without_empty_lines(data) == without_empty_lines(self.new[name])
+        return data == self.new.get(name) or (is_own(name) and self.allowed(name, data))
+
+    def is_done(self, work):
+        now = self.contents(work)
+        return all(now.get(name) == data for name, data in self.new.items() if not is_own(name))
+
+    def run_again(self, work):
+        """A following run of the same command works, and takes the strays with it."""
+        if self.case.status_when_done is not None and self.is_done(work):
+            result = self.run(work)
+            require(result.returncode == self.case.status_when_done,
+                    "a run on what is done does not end as it should", result)
+            return
+        for command in self.case.start_again:
+            result = self.program.run(command, work)
+            require(result.returncode == 0, f"{command} fails", result)
+        result = self.run(work)
+        require(result.returncode == 0, "a following run fails", result)
+        for name, data in self.contents(work).items():
+            require(self.is_new(name, data), f"{name} is not new after a following run", result)
+
+    def die_at(self, n, how):
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO=how)
+            require(result.returncode < 0, "the process did not die", result)
+            self.require_whole(work, result)
+            self.run_again(work)
+
+    def fail_at(self, n, code):
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO=str(code))
+            if result.returncode == 0:
+                # What fails when all is in place is not worth a message, and no reason to go back.
+                self.require_state(work, self.new, result, strays_allowed=True)
+                self.run_again(work)
+                return
+            require(result.returncode == 1, "the exit status is not 1", result)
+            self.require_message(result, code)
+            if self.case.stepwise:
+                self.require_told(work, result)
+            else:
+                self.require_state(work, self.old, result)
+
+    def require_told(self, work, result):
+        """Every file that is no longer the old one is named."""
+        self.require_whole(work, result)
+        said = result.stderr.decode("utf-8")
+        for name, data in self.contents(work).items():
+            require(not STRAY.search(name), f"{name} was left behind", result)
+            require(data == self.old.get(name) or is_own(name) or name in said,
+                    f"nothing tells that {name} has changed", result)
+
+    def require_message(self, result, code):
+        shown = boxes(result)
+        require(len(shown) == 1, "there is not exactly one message", result)
+        for word in FAILURES[code]:
+            require(word in shown[0], f"the message does not say '{word}'", result)
+
+    def fail_from(self, n, code):
+        """The disk stays broken: then nobody can clean up, but the files are whole."""
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO=str(code), FAULTS_ALWAYS="1")
+            require(result.returncode in (0, 1), "the exit status is neither 0 nor 1", result)
+            self.require_whole(work, result)
+            self.run_again(work)
+
+    def write_short_at(self, n, always):
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            faults = {"FAULTS_ALWAYS": "1"} if always else {}
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO="short", **faults)
+            require(result.returncode == 0, "a short write is not carried on", result)
+            self.require_state(work, self.new, result)
+
+    def all_faults(self):
+        for n, call in enumerate(self.calls, 1):
+            for how in DEATHS:
+                yield f"{how} at call {n}, {call}", lambda n=n, how=how: self.die_at(n, how)
+            for code in FAILURES:
+                name = errno.errorcode[code]
+                yield f"{name} at call {n}, {call}", lambda n=n, c=code: self.fail_at(n, c)
+            yield f"EIO from call {n} on, {call}", lambda n=n: self.fail_from(n, errno.EIO)
+            if call.startswith("write "):
+                for always in (False, True):
+                    yield (f"short write at call {n}, {call}",
+                           lambda n=n, always=always: self.write_short_at(n, always))
+
+
+def run_case(program, name):
+    """Number of runs, and what went wrong."""
+    wrong = []
+    with Scratch() as folder:
+        try:
+            runs = Runs(program, CASES[name], folder)
+        except Broken as broken:
+            return 0, 0, [f"{name}: {broken}"]
+        for what, fault in runs.all_faults():
+            try:
+                fault()
+            except Broken as broken:
+                wrong.append(f"{name}: {what}: {broken}")
+        return len(runs.calls), runs.count, wrong
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--cli", required=True)
+    parser.add_argument("--preload", required=True)
+    parser.add_argument("--write-settings", help="the program of write_settings.cpp")
+    parser.add_argument("cases", nargs="*", choices=[*CASES, []], default=[])
+    options = parser.parse_args()
+    program = Program(options.cli, options.preload, options.write_settings)
+    failed = False
+    for name in options.cases or CASES:
+        calls, count, wrong = run_case(program, name)
+        print(f"{name}: {calls} calls, {count} runs, {len(wrong)} failures")
+        for text in wrong:
+            print(text, file=sys.stderr)
+        failed = failed or bool(wrong)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
