@@ -10,8 +10,9 @@ namespace morvane {
 namespace {
 
 constexpr std::size_t most_errors = 50;
-constexpr std::size_t widest_excerpt = 120; // characters
-constexpr std::size_t before_caret = 60;    // characters kept in front of a far place
+constexpr std::size_t widest_excerpt = 120;  // characters
+constexpr std::size_t before_caret = 60;     // characters kept in front of a far place
+constexpr std::size_t longest_message = 500; // characters
 
 bool follows_up(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
@@ -91,7 +92,14 @@ std::size_t byte_of(std::string_view text, Place place) {
 DocumentErrors::DocumentErrors(std::string file, std::string_view text)
     : file_(std::move(file)), lines_(document_lines(text)) {}
 
+// A message quotes what the document says, which may be long and hold what would confuse a
+// terminal.
 void DocumentErrors::add(Place place, std::string message) {
+    if (const std::size_t end = byte_at(message, longest_message); end < message.size()) {
+        message.resize(end);
+        message += " ...";
+    }
+    std::replace_if(message.begin(), message.end(), is_control, '?');
     found_.push_back({place, std::move(message)});
 }
 

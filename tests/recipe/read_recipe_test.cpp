@@ -325,6 +325,19 @@ TEST(ReadRecipe, RefusesDeepNesting) {
     }
 }
 
+TEST(ReadRecipe, CutsLongMessagesAndKeepsControlCharactersOut) {
+    const std::string long_key(100000, 'k');
+    const std::vector<std::string> errors =
+        read_recipe_text("[[assign]]\nkind = \"Lights\"\n" + long_key +
+                         " = 1\n\"\\u001b[2J\" = 1\n")
+            .errors;
+    ASSERT_THAT(errors, SizeIs(2));
+    EXPECT_LT(errors[0].size(), 1000U);
+    EXPECT_THAT(errors[0], ::testing::HasSubstr(" ...\n"));
+    EXPECT_THAT(errors[1], ::testing::HasSubstr("\"?[2J\""));
+    EXPECT_EQ(errors[1].find('\x1B'), std::string::npos);
+}
+
 TEST(ReadRecipe, TellsAFailingDisk) {
     const test::TempFolder folder;
     const std::string path = folder.write("a.toml", "[[assign]]\nkind = \"Lights\"\n");
