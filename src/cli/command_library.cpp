@@ -62,6 +62,9 @@ int run_create(Cli& cli, const CreateOptions& options) {
     int status = options.generate_guids ? fill_guids(cli, options.list) : done;
     if (status == done && options.output_given) {
         status = create(cli, options);
+        if (status != done && options.generate_guids) {
+            add_note(cli.reporter, "the identifiers in " + options.list + " stay as they are now.");
+        }
     }
     if (cli.json && status == done) {
         Json saved = Json::array();
