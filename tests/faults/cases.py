@@ -9,20 +9,25 @@ from typing import Callable, Sequence
 @dataclass
 class Case:
     command: Sequence[str]
-    examples: Sequence[str] = ()  # folders of examples/ whose files are there at the start
+    files: Sequence[str] = ()  # folders of the checkout whose files are there at the start
     setup: Callable = lambda folder: None  # makes further files
     before: Sequence[Sequence[str]] = ()  # commands that have been run before
     after: Callable = lambda folder: None  # what became of the files since
-    # Commands that bring the start back before the command is run a second time.
+    # Commands that bring the start back before the command is run a second time; one that begins
+    # with "--maybe" may find nothing to do.
     start_again: Sequence[Sequence[str]] = ()
     # A command that is not for files it has been run on: how a second run ends.
     status_when_done: int | None = None
     # The files are replaced one after the other: a failure keeps those that are done, and says so.
     stepwise: bool = False
+    # Messages that stand before the one of a failure that comes late.
+    told_before: Sequence[str] = ()
     # Files that grow by an empty line with every run, as every saved line store does.
     growing: Sequence[str] = ()
     # Working files of the program's own, which hold something else at every step.
     scratch: Sequence[str] = ()
+    random: bytes = b""  # a pattern of what differs from run to run
+    reports_only: bool = False  # writes nothing but scratch files
     program: str = "cli"
 
 
@@ -42,6 +47,12 @@ def put_behind_links(*names):
     return setup
 
 
+def write_file(name, data):
+    def setup(folder):
+        (folder / name).write_bytes(data)
+    return setup
+
+
 def processed_since(*names):
     """Files that differ from their backups."""
     def setup(folder):
@@ -55,37 +66,55 @@ AIRCRAFT = ("process", "aircraft_dictionary", "aircraft_dictionary.toml")
 FRAME = "aircraft_dictionary.asm"
 PAIR = ("aircraft_dictionary_0.asm", FRAME)
 EXPORTS = ("complete", "fuselage", "wings_high", "wings_low", "shadow")
+LIBRARY_FILE = "tests/golden/bgl-universal/in"
 ASSEMBLE = ("assemble", "--complete", "complete", "--flexing-wings", "--fuselage", "fuselage",
             "--wings-high", "wings_high", "--wings-low", "wings_low", "--shadow-optimization",
             "--shadow", "shadow")
 
 CASES = {
-    "process-one-file": Case(("process", "airport", "airport.toml"), ["airport"],
+    "process-one-file": Case(("process", "airport", "airport.toml"), ["examples/airport"],
                              status_when_done=1),
-    "process-pair": Case(AIRCRAFT, ["aircraft-dictionary"], status_when_done=1, growing=[FRAME]),
-    "process-behind-links": Case(AIRCRAFT, ["aircraft-dictionary"], put_behind_links(*PAIR),
+    "process-pair": Case(AIRCRAFT, ["examples/aircraft-dictionary"], status_when_done=1, growing=[FRAME]),
+    "process-behind-links": Case(AIRCRAFT, ["examples/aircraft-dictionary"], put_behind_links(*PAIR),
                                  status_when_done=1, growing=[f"elsewhere/{FRAME}"]),
-    "process-output": Case((*AIRCRAFT, "--output", "new"), ["aircraft-dictionary"]),
-    "process-trace": Case((*AIRCRAFT, "--trace"), ["aircraft-dictionary"], status_when_done=1,
+    "process-output": Case((*AIRCRAFT, "--output", "new"), ["examples/aircraft-dictionary"]),
+    "process-trace": Case((*AIRCRAFT, "--trace"), ["examples/aircraft-dictionary"], status_when_done=1,
                           stepwise=True, growing=[FRAME],
                           scratch=["bgl_code.txt", "bgl_new_code.txt", "new_azm.txt"]),
     # An interrupted process is undone by restore, whichever of its files were written.
-    "process-then-restore": Case(AIRCRAFT, ["aircraft-dictionary"],
+    "process-then-restore": Case(AIRCRAFT, ["examples/aircraft-dictionary"],
                                  before=[("backup", "aircraft_dictionary")],
                                  start_again=[("--yes", "restore", "aircraft_dictionary")],
                                  growing=PAIR),
-    "backup-first": Case(("--yes", "backup", "airport"), ["airport"], stepwise=True),
-    "backup-again": Case(("--yes", "backup", "airport"), ["airport"],
+    "backup-first": Case(("--yes", "backup", "airport"), ["examples/airport"], stepwise=True),
+    "backup-again": Case(("--yes", "backup", "airport"), ["examples/airport"],
                          before=[("backup", "airport")],
                          after=processed_since("airport.asm", "airport_0.asm"), stepwise=True),
-    "restore": Case(("--yes", "restore", "airport"), ["airport"], before=[("backup", "airport")],
+    "restore": Case(("--yes", "restore", "airport"), ["examples/airport"], before=[("backup", "airport")],
                     after=processed_since("airport.asm", "airport_0.asm"), stepwise=True),
-    "rename-labels": Case(("--yes", "rename-labels", "airport_0.asm", "G2"), ["airport"],
+    "rename-labels": Case(("--yes", "rename-labels", "airport_0.asm", "G2"), ["examples/airport"],
                           status_when_done=0),
-    "assemble": Case(ASSEMBLE, ["aircraft-flex"], before=[("backup", *EXPORTS)],
+    "assemble": Case(ASSEMBLE, ["examples/aircraft-flex"], before=[("backup", *EXPORTS)],
                      start_again=[("--yes", "restore", *EXPORTS)], stepwise=True,
                      scratch=["home/temp.masm"],
                      growing=[f"{base}{end}" for base in EXPORTS for end in (".asm", "_0.asm")]),
+    "bgl-universal": Case(("--yes", "bgl", "universal", "airport.BGL"), [LIBRARY_FILE],
+                          start_again=[("--maybe", "bgl", "revert", "airport.BGL")]),
+    "bgl-revert": Case(("bgl", "revert", "airport.BGL"), [LIBRARY_FILE],
+                       before=[("--yes", "bgl", "universal", "airport.BGL")],
+                       status_when_done=1, stepwise=True,
+                       told_before=["[information] File restored."]),
+    "bgl-reports": Case(("bgl", "search", "scenery"), ["tests/golden/bgl-search/in"],
+                        scratch=["home/out.txt", "home/error.txt"], reports_only=True),
+    "library-create": Case(("library", "create", "objects.toml", "--output", "library.asm"),
+                           ["examples/library"]),
+    "library-create-again": Case(("library", "create", "objects.toml", "--output", "library.asm"),
+                                 ["examples/library"], write_file("library.asm", b"old\r\n")),
+    "library-identifiers": Case(
+        ("library", "create", "kept", "--generate-guids", "--output", "library.asm"),
+        ["examples/library", "tests/golden/library-generate-guids/in"], stepwise=True,
+        random=rb"(0[0-9A-F]{8}, ){3}0[0-9A-F]{8}",
+        scratch=["library.asm"]),  # sorted by identifiers that are new every time
     "settings": Case(("home",), program="write_settings", stepwise=True),
 }
 

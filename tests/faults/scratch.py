@@ -51,8 +51,10 @@ class Program:
                       "write_settings": os.path.abspath(write_settings or "")}
         self.preload = os.path.abspath(preload or "")
 
-    def run(self, arguments, folder, faults=None, program="cli", timeout=60, **options):
-        environment = dict(os.environ, MORVANE_HOME=str(folder / "home"), LC_ALL="C.UTF-8")
+    def run(self, arguments, folder, faults=None, program="cli", timeout=60,
+            variables=None, **options):
+        environment = {**os.environ, "MORVANE_HOME": str(folder / "home"), "LC_ALL": "C.UTF-8",
+                       **(variables or {})}
         for name in ("FAULTS_AT", "FAULTS_DO", "FAULTS_JOURNAL", "FAULTS_ALWAYS"):
             environment.pop(name, None)
         if faults:
