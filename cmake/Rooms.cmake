@@ -13,6 +13,8 @@ target_include_directories(morvane_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(morvane_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
 # g++ 12 warns falsely of overlapping copies inside std::string (its bug 105651).
 target_compile_options(morvane_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+# What g++ means by -Wconversion.
+target_compile_options(morvane_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 if(MORVANE_SANITIZE)
   target_compile_options(morvane_options INTERFACE -fsanitize=address,undefined
                                                    -fno-sanitize-recover=all
