@@ -38,6 +38,8 @@ class Form1 : public QMainWindow {
 
     /// Puts a base path into the input box and opens the set.
     void open_base(const QString& base);
+    /// The same for one of the set's files, or a base path.
+    void open_file(const QString& path);
 
   protected:
     void changeEvent(QEvent* event) override;

@@ -18,18 +18,18 @@ namespace morvane {
 
 namespace {
 
-// The base path of a file of a set that was dropped on the window; empty for any other file.
-QString base_of_dropped(const QMimeData& data) {
-    if (data.urls().size() != 1) {
-        return {};
-    }
-    const QString path = data.urls().front().toLocalFile();
+// The base path of the set that a file belongs to; empty for a file of no set.
+QString base_of_file(const QString& path) {
     for (const QString& ending : {QStringLiteral("_0.asm"), QStringLiteral(".asm")}) {
         if (path.endsWith(ending, Qt::CaseInsensitive)) {
             return path.chopped(ending.size());
         }
     }
     return {};
+}
+
+QString base_of_dropped(const QMimeData& data) {
+    return data.urls().size() == 1 ? base_of_file(data.urls().front().toLocalFile()) : QString();
 }
 
 } // namespace
@@ -41,6 +41,11 @@ void Form1::browse() {
     if (const auto base = base_of_chosen_file(path_bytes(chosen))) {
         ui_->InputFile->setText(shown_text(*base));
     }
+}
+
+void Form1::open_file(const QString& path) {
+    const QString base = base_of_file(path);
+    open_base(base.isEmpty() ? path : base);
 }
 
 void Form1::open_base(const QString& base) {

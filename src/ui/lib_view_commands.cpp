@@ -129,7 +129,7 @@ void LibView::show_report() {
 }
 
 void LibView::fit_object_columns() {
-    for (const int column : {ObjectModel::Name, ObjectModel::Identifier}) {
+    for (int column = 0; column < ObjectModel::File; ++column) {
         ui_->objectTable->resizeColumnToContents(column);
     }
 }

@@ -27,6 +27,9 @@ void LibView::prepare_files() {
     for (const QFileInfo& drive : QDir::drives()) {
         ui_->Drive1->addItem(QDir::toNativeSeparators(drive.absoluteFilePath()));
     }
+    // Folders are listed behind the scenes; the chosen one moves while those above it fill up.
+    connect(folders_, &QFileSystemModel::directoryLoaded, this,
+            [this] { ui_->Dir1->scrollTo(ui_->Dir1->currentIndex()); });
     connect(ui_->Drive1, &QComboBox::textActivated, this, &LibView::show_folder);
     connect(ui_->Dir1->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& index) { show_files_of(folders_->filePath(index)); });

@@ -16,10 +16,10 @@
 
 namespace {
 
-// morvane [--program-folder DIR] [BASE]
+// morvane [--program-folder DIR] [PATH]
 struct CommandLine {
     std::string program_folder;
-    QString base;
+    QString path;
 };
 
 CommandLine read_command_line(const QApplication& application) {
@@ -31,9 +31,10 @@ CommandLine read_command_line(const QApplication& application) {
                                     QApplication::tr("Where settings and reports lie."),
                                     QStringLiteral("DIR"));
     parser.addOption(folder);
-    parser.addPositionalArgument(QStringLiteral("BASE"),
-                                 QApplication::tr("A source set to open, without extension."),
-                                 QStringLiteral("[BASE]"));
+    parser.addPositionalArgument(
+        QStringLiteral("PATH"),
+        QApplication::tr("A source set to open: its base path or one of its files."),
+        QStringLiteral("[PATH]"));
     parser.process(application);
     return {parser.value(folder).toStdString(), parser.positionalArguments().value(0)};
 }
@@ -48,8 +49,8 @@ int run(const QApplication& application) {
                        morvane::program_folder_of_run(*disk, line.program_folder)};
     morvane::Form1 window(desk);
     window.show();
-    if (!line.base.isEmpty()) {
-        window.open_base(line.base);
+    if (!line.path.isEmpty()) {
+        window.open_file(line.path);
     }
     return QApplication::exec();
 }

@@ -7,6 +7,7 @@
 #include "ui/rig.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QListWidget>
 #include <QPixmap>
 #include <QTabWidget>
@@ -43,7 +44,8 @@ void take_dialog(Rig& rig, const Album& album, const QString& kind, const QStrin
 }
 
 void take_main_window(Rig& rig, const Album& album) {
-    rig.open(rig.copy_example("airport"));
+    rig.copy_example("airport");
+    rig.open(QStringLiteral("airport/airport"));
     rig.select(1);
     click(*rig.form, "Command1");
     rig.select(2);
@@ -85,6 +87,11 @@ void take_browser(Rig& rig, const Album& album) {
     click(browser, "Command2");
     QTest::qWait(200);
     click(browser, "Command1");
+    // Where the pictures were taken is nobody's business.
+    auto& folders = control<QTreeView>(browser, "Dir1");
+    folders.setRootIndex(folders.currentIndex().parent());
+    control<QLineEdit>(browser, "inpFilename")
+        .setText(QStringLiteral("scenery/airport_objects.bgl"));
     album.take(browser, QStringLiteral("lib_view"));
     auto& tabs = control<QTabWidget>(browser, "tabs");
     tabs.setCurrentIndex(1);
@@ -94,9 +101,9 @@ void take_browser(Rig& rig, const Album& album) {
 }
 
 void take_model(Rig& rig, const Album& album) {
-    rig.settings.write("model.ini", "md001\r\n/work/plane/complete\r\n/work/plane/fuselage\r\n"
-                                    "/work/plane/wings_high\r\n/work/plane/wings_low\r\n"
-                                    "/work/plane/shadow\r\n");
+    rig.settings.write("model.ini", "md001\r\naircraft/complete\r\naircraft/fuselage\r\n"
+                                    "aircraft/wings_high\r\naircraft/wings_low\r\n"
+                                    "aircraft/shadow\r\n");
     click(*rig.form, "Command6");
     QWidget& model = rig.window("frmModel");
     click(model, "chkWings");
@@ -106,15 +113,20 @@ void take_model(Rig& rig, const Album& album) {
 void take_compiler(Rig& rig, const Album& album) {
     click(*rig.form, "Command13");
     QWidget& compiler = rig.window("frmLibComp");
-    const QString base = rig.copy_example("aircraft-lights");
-    for (const char* guid : {"1, 2, 3, 4", "1, 2, 3, 5"}) {
-        rig.dialogs.files = {base + QStringLiteral(".asm")};
+    int last_word = 0;
+    for (const char* name : {"hangar", "tower", "fuel_truck"}) {
+        const std::string base = std::string("library/") + name;
+        rig.folder.write(base + ".asm",
+                         "    SCALE_AGL OBJ_END, 5, 40, 65536, 0100h, 0, 0200h, 0\r\n");
+        rig.folder.write(base + "_0.asm", "    BGL_RETURN\r\n");
+        rig.dialogs.files = {QString::fromStdString(base + ".asm")};
         click(compiler, "Command1");
-        type(compiler, "libGUID", QString::fromLatin1(guid));
+        type(compiler, "libGUID",
+             QStringLiteral("03B8C61F5, 04A02D7E9, 0C58D14B6, 00000000%1").arg(++last_word));
         click(compiler, "Command2");
     }
     control<QListWidget>(compiler, "libFileList").setCurrentRow(1);
-    type(compiler, "libOutFile", QStringLiteral("/work/library/library.asm"));
+    type(compiler, "libOutFile", QStringLiteral("library/library.asm"));
     album.take(compiler, QStringLiteral("frm_lib_comp"));
 }
 
@@ -132,6 +144,7 @@ void take_all(const QString& folder, const QString& suffix) {
     for (const Appearance appearance : {Appearance::Light, Appearance::Dark}) {
         apply_appearance(appearance);
         Rig rig;
+        QDir::setCurrent(QString::fromStdString(rig.folder.path()));
         const Album album(folder, QLatin1Char('-') + appearance_name(appearance) + suffix);
         take_main_window(rig, album);
         take_dialogs(rig, album);
@@ -151,5 +164,5 @@ int main(int argc, char** argv) {
     if (arguments.size() < 2) {
         qFatal("usage: screenshots FOLDER [SUFFIX]");
     }
-    morvane::test::take_all(arguments.at(1), arguments.value(2));
+    morvane::test::take_all(QDir(arguments.at(1)).absolutePath(), arguments.value(2));
 }

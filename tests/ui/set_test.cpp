@@ -36,6 +36,7 @@ class SetTest : public QObject {
     void recentSetsAreOffered();
     void droppedFileOpensItsSet();
     void otherDroppedFilesAreRefused();
+    void fileOrBaseIsOpened();
     void messagesAreShownNewestFirst();
     void messagesCanBeCopied();
 };
@@ -237,6 +238,16 @@ void SetTest::droppedFileOpensItsSet() {
 void SetTest::otherDroppedFilesAreRefused() {
     Rig rig;
     QVERIFY(!drop(rig, QStringLiteral("/some/picture.png")));
+}
+
+void SetTest::fileOrBaseIsOpened() {
+    for (const QString& ending : {QString(), QStringLiteral(".asm"), QStringLiteral("_0.asm")}) {
+        Rig rig;
+        const QString base = rig.copy_example("airport");
+        rig.form->open_file(base + ending);
+        QCOMPARE(text_of(*rig.form, "InputFile"), base);
+        QCOMPARE(material_count(rig), 13);
+    }
 }
 
 void SetTest::messagesAreShownNewestFirst() {
