@@ -96,13 +96,14 @@ void apply_appearance(Appearance appearance) {
         return;
     }
     // Only a style that draws everything from the palette can be trusted with another one.
+    // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
     const auto* style = qobject_cast<QProxyStyle*>(QApplication::style());
     if (style == nullptr || style->baseStyle()->name() != QLatin1String("fusion")) {
         QApplication::setStyle(new RoomyStyle(QStringLiteral("Fusion")));
     }
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
     const QPalette palette =
         palette_of(appearance == Appearance::Dark ? dark_shades : light_shades);
+    // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
 }
