@@ -18,7 +18,13 @@ MessageView::MessageView(QWidget* parent) : QPlainTextEdit(parent) {
 
 void MessageView::show_log(const MessageLog& log) {
     setPlainText(log.texts().join(QLatin1Char('\n')));
-    connect(&log, &MessageLog::added, this, &MessageView::take);
+    auto* soon = new QTimer(this);
+    soon->setSingleShot(true);
+    connect(soon, &QTimer::timeout, this, &MessageView::put_in);
+    connect(&log, &MessageLog::added, this, [this, soon](const QString& text) {
+        take(text);
+        soon->start(0);
+    });
     connect(&log, &MessageLog::cleared, this, [this] {
         waiting_.clear();
         clear();
@@ -26,9 +32,6 @@ void MessageView::show_log(const MessageLog& log) {
 }
 
 void MessageView::take(const QString& text) {
-    if (waiting_.isEmpty()) {
-        QTimer::singleShot(0, this, &MessageView::put_in);
-    }
     waiting_.append(text);
 }
 
