@@ -109,8 +109,11 @@ class PosixReadableFile final : public ReadableFile {
 
     std::uint64_t size() override { return size_; }
 
-    std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) override {
+    void prepare_for(char* buffer, std::size_t count) override {
         advise_large_pages(buffer, count);
+    }
+
+    std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) override {
         std::size_t done = 0;
         while (done < count) {
             const ssize_t got =

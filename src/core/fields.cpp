@@ -21,27 +21,33 @@ bool ends_operand(char c) {
     return c == ',' || c == ';';
 }
 
-// Whether a line is plainly too short of operand ends for 41 operands: each takes one, or the lost
-// last character. Nearly every line of a model is told so, which is why the count is made in 16
-// lanes, and twice where the last step overlaps the one before: the compiler turns that into vector
-// instructions. Lines so long that a lane could overflow are left to the exact answer.
-bool has_few_operand_ends(std::string_view line) {
-    constexpr std::size_t lanes = 16;
-    if (line.size() <= FieldArray::max_operands || line.size() > lanes * 200) {
-        return line.size() <= FieldArray::max_operands;
-    }
+constexpr std::size_t lanes = 16;
+
+// Operand ends among the first 16 * `steps` characters. The count is made in 16 lanes at once: the
+// compiler turns that into vector instructions.
+std::size_t count_operand_ends(std::string_view line, std::size_t steps) {
     std::array<unsigned char, lanes> counts{};
-    const auto add = [&](const char* from) {
+    for (std::size_t step = 0; step < steps; ++step) {
+        const char* const from = line.data() + step * lanes;
         for (std::size_t i = 0; i < lanes; ++i) {
             counts[i] = static_cast<unsigned char>(counts[i] + (ends_operand(from[i]) ? 1 : 0));
         }
-    };
-    const char* const last = line.data() + (line.size() - lanes);
-    for (const char* from = line.data(); from < last; from += lanes) {
-        add(from);
     }
-    add(last);
-    return std::accumulate(counts.begin(), counts.end(), std::size_t{0}) < FieldArray::max_operands;
+    return std::accumulate(counts.begin(), counts.end(), std::size_t{0});
+}
+
+// Whether a line plainly has too few operand ends for 41 operands: each takes one, or the lost last
+// character. Nearly every line of a model is told so by its beginning: with fewer than eight ends
+// there, even a rest of nothing but ends would not do. Lines so long that a lane could overflow are
+// left to the exact answer.
+bool has_few_operand_ends(std::string_view line) {
+    constexpr std::size_t rest = FieldArray::max_operands - 8;
+    if (line.size() <= FieldArray::max_operands || line.size() > lanes * 200) {
+        return line.size() <= FieldArray::max_operands;
+    }
+    const std::size_t steps = (line.size() - rest + lanes - 1) / lanes;
+    const std::size_t looked_at = steps * lanes;
+    return count_operand_ends(line, steps) + (line.size() - looked_at) < FieldArray::max_operands;
 }
 
 } // namespace

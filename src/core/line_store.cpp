@@ -1,5 +1,6 @@
 #include "core/line_store.h"
 
+#include "core/disk.h"
 #include "core/errors.h"
 #include "core/text.h"
 
@@ -11,50 +12,49 @@ namespace morvane {
 
 namespace {
 
-// A place is packed into 64 bits, because a set of a million lines has a million of them: the
-// highest bit says "aside" with the number of the text below it; otherwise 40 bits of offset
-// stand above 23 bits of length. Longer lines are kept aside.
-constexpr unsigned length_bits = 23;
-constexpr std::uint64_t length_mask = (std::uint64_t{1} << length_bits) - 1;
-constexpr std::uint64_t aside_flag = std::uint64_t{1} << 63;
-constexpr std::uint64_t max_offset = (std::uint64_t{1} << 40) - 1;
-constexpr std::uint64_t empty_place = 0;
-
 const char* find_byte(const char* begin, const char* end, char byte) {
     const auto size = static_cast<std::size_t>(end - begin);
     const void* found = size == 0 ? nullptr : std::memchr(begin, byte, size);
     return found == nullptr ? end : static_cast<const char*>(found);
 }
 
-// Meaningless for a text kept aside.
-std::size_t offset_of(std::uint64_t place) {
-    return static_cast<std::size_t>(place >> length_bits);
-}
-
-std::size_t end_of(std::uint64_t place) {
-    return offset_of(place) + static_cast<std::size_t>(place & length_mask);
-}
-
-// How many lines the file is likely to have, by its beginning. Never so many that the places take
-// more than half the file's size, for a beginning may mislead.
-std::size_t estimated_lines(std::string_view bytes) {
-    const std::string_view sample = bytes.substr(0, 65536);
+// How many lines a file of `size` bytes is likely to have, by its beginning. Never so many that the
+// places take more than half the file's size, for a beginning may mislead.
+std::size_t estimated_lines(std::string_view beginning, std::size_t size) {
+    const std::string_view sample = beginning.substr(0, 65536);
     const auto ends = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
-    const std::size_t samples = sample.empty() ? 0 : bytes.size() / sample.size() + 1;
-    return std::min((ends + 1) * samples, bytes.size() / 16 + sample.size()) + 2;
+    const std::size_t samples = sample.empty() ? 0 : size / sample.size() + 1;
+    return std::min((ends + 1) * samples, size / 16 + sample.size()) + 2;
 }
 
 } // namespace
 
 LineStore::LineStore() : lines_{empty_place, empty_place} {}
 
-LineStore::LineStore(FileBytes bytes)
-    : bytes_(std::make_shared<const FileBytes>(std::move(bytes))) {
+FileBytes allocate_bytes(std::uint64_t size) {
     try {
-        split(bytes_->view());
+        const auto count = static_cast<std::size_t>(size);
+        return {std::make_unique_for_overwrite<char[]>(count), count};
     } catch (const std::bad_alloc&) {
         throw RuntimeError(ErrorNumber::OutOfMemory);
     }
+}
+
+LineStore::LineStore(FileBytes bytes) {
+    split(bytes, bytes.size, [](std::size_t) { return 0; });
+    bytes_ = std::make_shared<const FileBytes>(std::move(bytes));
+}
+
+LineStore LineStore::read(ReadableFile& file) {
+    constexpr std::size_t stretch = std::size_t{512} * 1024;
+    FileBytes bytes = allocate_bytes(file.size());
+    file.prepare_for(bytes.data.get(), bytes.size);
+    LineStore store;
+    bytes.size = store.split(bytes, 0, [&](std::size_t there) {
+        return file.read_at(there, bytes.data.get() + there, std::min(stretch, bytes.size - there));
+    });
+    store.bytes_ = std::make_shared<const FileBytes>(std::move(bytes));
+    return store;
 }
 
 LineStore::LineStore(const std::vector<std::string>& lines) : LineStore() {
@@ -64,31 +64,42 @@ LineStore::LineStore(const std::vector<std::string>& lines) : LineStore() {
 LineStore::LineStore(const LineStore& other) = default;
 LineStore& LineStore::operator=(const LineStore& other) = default;
 
-void LineStore::split(std::string_view bytes) {
-    lines_.reserve(estimated_lines(bytes));
+std::size_t LineStore::split(const FileBytes& bytes, std::size_t there, const ReadMore& read_more) {
+    const char* const begin = bytes.data.get();
+    const char* edge = begin + (there == 0 ? read_more(0) : there); // of what has come in
+    const char* end = begin + bytes.size;
+    lines_.clear();
+    lines_.reserve(estimated_lines({begin, static_cast<std::size_t>(edge - begin)}, bytes.size));
     lines_.push_back(empty_place);
-    const char* const begin = bytes.data();
-    const char* const end = begin + bytes.size();
     const char* line = begin;
-    const char* next_lf = find_byte(line, end, '\n');
-    const char* next_cr = find_byte(line, end, '\r');
+    const char* next_lf = find_byte(line, edge, '\n');
+    const char* next_cr = find_byte(line, edge, '\r');
     while (line != end) {
         const char* const stop = std::min(next_lf, next_cr);
-        lines_.push_back(file_place(bytes, static_cast<std::size_t>(line - begin),
+        if (edge != end && stop + 1 >= edge) { // a CR at the edge may have its LF behind it
+            const char* const old_edge = edge;
+            edge += read_more(static_cast<std::size_t>(edge - begin));
+            end = edge == old_edge ? edge : end; // the file has become shorter meanwhile
+            next_lf = next_lf == old_edge ? find_byte(old_edge, edge, '\n') : next_lf;
+            next_cr = next_cr == old_edge ? find_byte(old_edge, edge, '\r') : next_cr;
+            continue;
+        }
+        lines_.push_back(file_place(begin, static_cast<std::size_t>(line - begin),
                                     static_cast<std::size_t>(stop - begin)));
         const bool both = stop == next_cr && next_lf != end && next_lf == stop + 1;
         only_crlf_ = only_crlf_ && (both || stop == end);
         line = stop == end ? end : stop + (both ? 2 : 1);
-        next_lf = next_lf < line ? find_byte(line, end, '\n') : next_lf;
-        next_cr = next_cr < line ? find_byte(line, end, '\r') : next_cr;
+        next_lf = next_lf < line ? find_byte(line, edge, '\n') : next_lf;
+        next_cr = next_cr < line ? find_byte(line, edge, '\r') : next_cr;
     }
     lines_.push_back(empty_place);
+    return static_cast<std::size_t>(end - begin);
 }
 
-LineStore::Place LineStore::file_place(std::string_view bytes, std::size_t begin, std::size_t end) {
+LineStore::Place LineStore::file_place(const char* bytes, std::size_t begin, std::size_t end) {
     const std::size_t length = end - begin;
     if (length > length_mask || begin > max_offset) {
-        return keep_aside(std::string(bytes.substr(begin, length)));
+        return keep_aside(std::string(bytes + begin, length));
     }
     return (static_cast<Place>(begin) << length_bits) | length;
 }
@@ -101,24 +112,20 @@ LineStore::Place LineStore::keep_aside(std::string text) {
     return aside_flag | (aside_.size() - 1);
 }
 
-void LineStore::require_index(std::size_t index) const {
-    if (index < 1 || index > upper()) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "line " + to_text(index));
-    }
+void LineStore::refuse_index(std::size_t index) {
+    throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "line " + to_text(index));
+}
+
+std::size_t LineStore::offset_of(Place place) {
+    return static_cast<std::size_t>(place >> length_bits);
+}
+
+std::size_t LineStore::end_of(Place place) {
+    return offset_of(place) + static_cast<std::size_t>(place & length_mask);
 }
 
 std::string LineStore::element0() const {
     return to_text(upper());
-}
-
-std::string_view LineStore::line(std::size_t index) const {
-    require_index(index);
-    const Place place = lines_[index];
-    if ((place & aside_flag) != 0) {
-        return aside_[place & ~aside_flag];
-    }
-    const std::size_t length = place & length_mask;
-    return length == 0 ? std::string_view() : bytes_->view().substr(offset_of(place), length);
 }
 
 LineStore::Run LineStore::unchanged_run(std::size_t first, std::size_t last) const {

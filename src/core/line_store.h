@@ -3,12 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace morvane {
+
+class ReadableFile;
 
 /// The bytes of a file, allocated once and not cleared first.
 struct FileBytes {
@@ -17,6 +20,9 @@ struct FileBytes {
 
     std::string_view view() const { return {data.get(), size}; }
 };
+
+/// Memory for `size` bytes. Throws OutOfMemory.
+FileBytes allocate_bytes(std::uint64_t size);
 
 /// A text file held as numbered lines.
 ///
@@ -33,6 +39,8 @@ class LineStore {
     /// OutOfMemory.
     explicit LineStore(FileBytes bytes);
     explicit LineStore(const std::vector<std::string>& lines);
+    /// Reads a file and splits it, each stretch while it is still at hand. Throws RuntimeError.
+    static LineStore read(ReadableFile& file);
 
     LineStore(const LineStore& other);
     LineStore& operator=(const LineStore& other);
@@ -50,7 +58,16 @@ class LineStore {
     std::string_view loaded_bytes() const { return bytes_ ? bytes_->view() : std::string_view(); }
 
     /// Line `index`, 1 .. upper(). Throws SubscriptOutOfRange elsewhere.
-    std::string_view line(std::size_t index) const;
+    std::string_view line(std::size_t index) const {
+        require_index(index);
+        const Place place = lines_[index];
+        if ((place & aside_flag) != 0) {
+            return aside_[place & ~aside_flag];
+        }
+        const std::size_t length = place & length_mask;
+        return length == 0 ? std::string_view()
+                           : std::string_view(bytes_->data.get() + (place >> length_bits), length);
+    }
     /// Lines of the store that lie one behind the other in the file.
     struct Run {
         std::string_view bytes; // with the line ends
@@ -71,13 +88,32 @@ class LineStore {
     void append_line(std::string text);
 
   private:
-    // Where a line lies: a stretch of the file's bytes, or a text kept aside.
+    // Where a line lies: a stretch of the file's bytes, or a text kept aside. Packed into 64 bits,
+    // because a set of a million lines has a million of them: the highest bit says "aside" with the
+    // number of the text below it; otherwise 40 bits of offset stand above 23 bits of length.
+    // Longer lines are kept aside.
     using Place = std::uint64_t;
+    static constexpr unsigned length_bits = 23;
+    static constexpr Place length_mask = (Place{1} << length_bits) - 1;
+    static constexpr Place aside_flag = Place{1} << 63;
+    static constexpr Place max_offset = (Place{1} << 40) - 1;
+    static constexpr Place empty_place = 0;
 
-    void split(std::string_view bytes);
-    Place file_place(std::string_view bytes, std::size_t begin, std::size_t end);
+    // Gives how many more bytes have come in behind those that are there; 0 at the end.
+    using ReadMore = std::function<std::size_t(std::size_t there)>;
+
+    // Gives how many of the bytes there were in the end.
+    std::size_t split(const FileBytes& bytes, std::size_t there, const ReadMore& read_more);
+    Place file_place(const char* bytes, std::size_t begin, std::size_t end);
     Place keep_aside(std::string text);
-    void require_index(std::size_t index) const;
+    void require_index(std::size_t index) const {
+        if (index < 1 || index > upper()) {
+            refuse_index(index);
+        }
+    }
+    [[noreturn]] static void refuse_index(std::size_t index);
+    static std::size_t offset_of(Place place); // meaningless for a text kept aside
+    static std::size_t end_of(Place place);
 
     std::shared_ptr<const FileBytes> bytes_;
     bool only_crlf_ = true;    // no line of the file ends otherwise

@@ -12,13 +12,6 @@ namespace {
 
 constexpr std::size_t not_found = 0;
 
-// A trimmed line that may select a material: its keyword is MATERIAL. All others can be told by
-// their first letters, which is what makes the pass fast.
-bool may_select(std::string_view line) {
-    const std::size_t start = line.find_first_not_of(" \x07");
-    return start != std::string_view::npos && line.substr(start).starts_with("MATERIAL");
-}
-
 // The state of one material's search while the lines go by.
 struct Search {
     MaterialBlock block;
@@ -36,7 +29,7 @@ class BlockFinder {
 
     std::vector<MaterialBlock> run() {
         for (std::size_t i = 1; i < model_.upper(); ++i) {
-            look_at(i, trim(model_.line(i)));
+            look_at(i, model_.line(i));
         }
         std::vector<MaterialBlock> blocks;
         for (Search& search : searches_) {
@@ -51,16 +44,22 @@ class BlockFinder {
     }
 
   private:
+    // Lines that can matter are told from all others by their first letter, which is what makes
+    // the pass fast.
     void look_at(std::size_t index, std::string_view line) {
-        if (line.size() <= 5) {
-            return; // too short to be split at all
-        }
         if (overfull_line_ == not_found && has_too_many_operands(line)) {
             overfull_line_ = index;
         }
-        if (line.front() == 'D' && !open_.empty()) {
-            look_at_drawing(index, line);
-        } else if (may_select(line) && !has_too_many_operands(line)) {
+        std::size_t start = 0;
+        while (start < line.size() && (line[start] == ' ' || line[start] == '\x07')) {
+            ++start;
+        }
+        if (start == line.size()) {
+            return;
+        }
+        if (line[start] == 'D' && !open_.empty()) {
+            look_at_drawing(index, trim(line));
+        } else if (line.substr(start).starts_with("MATERIAL") && !has_too_many_operands(line)) {
             select(index, split_fields(line));
         }
     }

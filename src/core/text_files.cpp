@@ -8,20 +8,14 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 
 namespace morvane {
 
 FileBytes read_bytes(Disk& disk, const std::string& path) {
     const auto file = disk.open_for_reading(path);
-    FileBytes bytes;
-    const auto size = static_cast<std::size_t>(file->size());
-    try {
-        bytes.data = std::make_unique_for_overwrite<char[]>(size);
-    } catch (const std::bad_alloc&) {
-        throw RuntimeError(ErrorNumber::OutOfMemory, path);
-    }
-    bytes.size = file->read_at(0, bytes.data.get(), size);
+    FileBytes bytes = allocate_bytes(file->size());
+    file->prepare_for(bytes.data.get(), bytes.size);
+    bytes.size = file->read_at(0, bytes.data.get(), bytes.size);
     return bytes;
 }
 
@@ -32,7 +26,7 @@ std::size_t load_file2array(const Services& services, const std::string& path, L
         return 0;
     }
     try {
-        store = LineStore(read_bytes(services.disk, path));
+        store = LineStore::read(*services.disk.open_for_reading(path));
         return store.upper();
     } catch (const RuntimeError& error) {
         report_error(services.reporter, error, "Error in load_file2array: ", " :");
