@@ -1,6 +1,7 @@
 #include "bgl/decompress_bgl.h"
 
 #include "bgl/unpack/statuses.h"
+#include "core/absolute_path.h"
 #include "core/disk.h"
 #include "core/paths.h"
 #include "core/reporter.h"
@@ -65,12 +66,12 @@ std::string what_is_missing(const Words& programs, const Words& launcher,
 
 // Wine shows this system's files as drive Z.
 std::string windows_name(const std::string& path, bool on_windows) {
-    std::string name = std::filesystem::absolute(path).lexically_normal().string();
-    if (!on_windows) {
-        std::replace(name.begin(), name.end(), '/', '\\');
-        name.insert(0, "Z:");
+    if (on_windows) {
+        return absolute_path(path);
     }
-    return name;
+    std::string name = std::filesystem::absolute(path).lexically_normal().string();
+    std::replace(name.begin(), name.end(), '/', '\\');
+    return name.insert(0, "Z:");
 }
 
 std::string reason(int status) {

@@ -1,12 +1,12 @@
 #include "bgl/open_bgl.h"
 
+#include "core/absolute_path.h"
 #include "core/disk.h"
 #include "core/errors.h"
 #include "core/paths.h"
 #include "core/text_writer.h"
 
 #include <array>
-#include <filesystem>
 
 namespace morvane {
 
@@ -44,7 +44,7 @@ void InvalidFileList::add(const std::string& path) {
         file_ = disk_.open_for_appending(path_);
     }
     TextWriter out(*file_);
-    out.line(std::filesystem::absolute(path).string());
+    out.line(absolute_path(path));
     out.flush();
 }
 

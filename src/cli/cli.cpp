@@ -1,33 +1,15 @@
 #include "cli/cli.h"
 
-#include "tools/program_folder.h"
+#include "tools/program_places.h"
 #include "tools/settings.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <utility>
 
 namespace morvane::cli {
 
-namespace {
-
-std::string environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-}
-
-} // namespace
-
-std::string executable_folder() {
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
-}
-
 std::string Cli::program_folder() {
-    return resolve_program_folder(
-        *disk, {program_folder_option, environment("MORVANE_HOME"), executable_folder(),
-                user_data_folder(environment("XDG_DATA_HOME"), environment("HOME"))});
+    return resolve_program_folder(*disk, program_places(program_folder_option));
 }
 
 std::string Cli::default_effect() {

@@ -35,9 +35,6 @@ struct Cli {
     std::string default_effect();
 };
 
-/// The folder that this program lies in.
-std::string executable_folder();
-
 /// Hangs `run` on a command: it is called when the command line has been read, and gives the exit
 /// status.
 void on_call(CLI::App& command, Cli& cli, std::function<int()> run);

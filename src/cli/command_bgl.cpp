@@ -1,9 +1,10 @@
 #include "bgl/universal.h"
 #include "cli/bgl_json.h"
 #include "cli/cli.h"
+#include "cli/console.h"
+#include "tools/program_places.h"
 
 #include <iostream>
-#include <unistd.h>
 
 namespace morvane::cli {
 
@@ -23,7 +24,7 @@ void print_with_plain_line_ends(std::string_view text) {
 
 // The report is printed as it grows, since a long one is emptied into "out.txt" on the way.
 void print_report(Cli& cli, OutputBox& box) {
-    const bool progress_is_seen = isatty(STDERR_FILENO) != 0;
+    const bool progress_is_seen = errors_go_to_terminal();
     box.on_text = [&cli, progress_is_seen](std::string_view text) {
         cli.reporter.end_progress();
         print_with_plain_line_ends(text);

@@ -1,8 +1,8 @@
 #include "cli/console_reporter.h"
 
-#include <cstdio>
+#include "cli/console.h"
+
 #include <iostream>
-#include <unistd.h>
 
 namespace morvane::cli {
 
@@ -45,7 +45,7 @@ bool ConsoleReporter::ask(std::string_view text, Icon /*icon*/, std::string_view
     if (answer_ != Answer::Ask) {
         return answer_ == Answer::Yes;
     }
-    if (isatty(STDIN_FILENO) == 0) {
+    if (!input_is_terminal()) {
         return false;
     }
     std::cerr << "Yes or no? [y/N] " << std::flush;
@@ -55,7 +55,7 @@ bool ConsoleReporter::ask(std::string_view text, Icon /*icon*/, std::string_view
 }
 
 bool ConsoleReporter::progress(std::string_view what, std::size_t done, std::size_t total) {
-    if (isatty(STDERR_FILENO) != 0) {
+    if (errors_go_to_terminal()) {
         std::cerr << '\r' << what << ' ' << done;
         if (total > 0) {
             std::cerr << " of " << total;

@@ -1,10 +1,12 @@
 #include "cli/cli.h"
+#include "cli/console.h"
 #include "core/errors.h"
 #include "core/version.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <iostream>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -40,7 +42,7 @@ int report_failure(const std::string& text) {
     return failed;
 }
 
-int run(int argc, char** argv) {
+int run(std::vector<std::string> arguments) {
     Cli cli;
     CLI::App app("Turns marked triangles of gmax exports into lights, effects, windsocks and "
                  "library objects",
@@ -50,7 +52,8 @@ int run(int argc, char** argv) {
     add_common_options(app, cli);
     add_commands(app, cli);
     try {
-        app.parse(argc, argv);
+        std::reverse(arguments.begin(), arguments.end()); // as the parser takes them
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? done : wrong;
     }
@@ -60,10 +63,11 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const Console console;
     int status = failed;
     try {
         std::ios::sync_with_stdio(false);
-        status = run(argc, argv);
+        status = run(console_arguments(argc, argv));
     } catch (const RuntimeError& error) {
         status = report_failure(error.what());
     } catch (const std::bad_alloc&) {

@@ -26,6 +26,15 @@ std::vector<std::string> compiler_folders(const std::string& base) {
     return {folder};
 }
 
+// There "bglc" names the program with whatever ending it has, and none runs through wine.
+#ifdef _WIN32
+constexpr bool on_windows = true;
+constexpr char separator = '\\';
+#else
+constexpr bool on_windows = false;
+constexpr char separator = '/';
+#endif
+
 // A program that Windows runs would take a path that begins with "/" for one of its switches.
 std::string windows_path(std::string path) {
     if (path.starts_with('/')) {
@@ -42,18 +51,21 @@ class CompilerSearch {
         : services_(services), launcher_(launcher), source_(frame_file_name(base)) {}
 
     std::optional<ProgramCall> in_folder(const std::string& folder) {
-        const std::string native = folder + "/bglc";
+        const std::string native = folder + separator + "bglc";
         if (launcher_.can_execute(native)) {
             return ProgramCall{{native, "/bgl", source_}};
         }
         looked_for(native, "is there, but cannot be executed");
         const std::string windows = native + ".exe";
-        const std::string wine =
-            services_.disk.is_file(windows) ? launcher_.find_on_path("wine") : std::string();
+        const std::string wine = !on_windows && services_.disk.is_file(windows)
+                                     ? launcher_.find_on_path("wine")
+                                     : std::string();
         if (!wine.empty()) {
             return ProgramCall{{wine, windows, "/bgl", windows_path(source_)}};
         }
-        looked_for(windows, "is there, but \"wine\" to run it was not found on the PATH");
+        looked_for(windows, on_windows
+                                ? "is there, but cannot be executed"
+                                : "is there, but \"wine\" to run it was not found on the PATH");
         return std::nullopt;
     }
     const std::string& told() const { return told_; }

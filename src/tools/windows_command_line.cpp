@@ -32,14 +32,41 @@ std::string quoted(std::string_view text) {
     return result + "\"";
 }
 
+// Backslashes count double before a quote and nowhere else.
+std::string program_argument(std::string_view text) {
+    std::string result = "\"";
+    std::size_t backslashes = 0;
+    for (const char c : text) {
+        if (c == '"') {
+            result.append(backslashes + 1, '\\');
+        }
+        backslashes = c == '\\' ? backslashes + 1 : 0;
+        result += c;
+    }
+    result.append(backslashes, '\\');
+    return result + "\"";
+}
+
 } // namespace
 
-std::string windows_command_line(const ProgramCall& call, std::string_view output_file) {
+std::string windows_words_line(const ProgramCall& call) {
     std::string line;
     for (const std::string& argument : call.arguments) {
-        line += quoted(argument) + " ";
+        line += (line.empty() ? "" : " ") + quoted(argument);
     }
-    return line + "> " + quoted(output_file);
+    return line;
+}
+
+std::string windows_command_line(const ProgramCall& call, std::string_view output_file) {
+    return windows_words_line(call) + " > " + quoted(output_file);
+}
+
+std::string windows_program_line(const ProgramCall& call) {
+    std::string line;
+    for (const std::string& argument : call.arguments) {
+        line += (line.empty() ? "" : " ") + program_argument(argument);
+    }
+    return line;
 }
 
 std::string windows_compile_line(std::string_view base, std::string_view program_folder) {

@@ -12,6 +12,13 @@ namespace morvane {
 /// no character of a path acts on the interpreter.
 std::string windows_command_line(const ProgramCall& call, std::string_view output_file);
 
+/// The same without a file: the output goes where the interpreter's goes.
+std::string windows_words_line(const ProgramCall& call);
+
+/// The line by which a program is started without the interpreter: the program takes it apart again
+/// into these arguments, whatever characters they hold.
+std::string windows_program_line(const ProgramCall& call);
+
 /// The compiler's line for a set: `FOLDER\bglc /bgl BASE.asm > PROGRAM_FOLDER\comp.txt`. A base
 /// without a folder gives `\bglc`, the root of the current drive.
 std::string windows_compile_line(std::string_view base, std::string_view program_folder);

@@ -2,6 +2,7 @@
 #include "core/errors.h"
 #include "core/replace_files.h"
 #include "core/text_writer.h"
+#include "support/links.h"
 #include "support/temp_folder.h"
 #include "support/thrown.h"
 
@@ -62,11 +63,15 @@ TEST_F(ReplaceFiles, PermissionsAreKept) {
     folder.write("a", "old");
     const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
     fs::permissions(folder.file("a"), mode);
+    const auto kept = fs::status(folder.file("a")).permissions(); // Windows knows fewer
     replace("a", "new");
-    EXPECT_EQ(fs::status(folder.file("a")).permissions(), mode);
+    EXPECT_EQ(fs::status(folder.file("a")).permissions(), kept);
 }
 
 TEST_F(ReplaceFiles, SymbolicLinkIsFollowed) {
+    if (!test::has_symbolic_links) {
+        GTEST_SKIP() << "no symbolic links here";
+    }
     folder.write("real/a", "old");
     fs::create_symlink("real/a", folder.file("link"));
     fs::create_symlink("link", folder.file("link to link"));
@@ -78,6 +83,9 @@ TEST_F(ReplaceFiles, SymbolicLinkIsFollowed) {
 }
 
 TEST_F(ReplaceFiles, DanglingLinkGetsItsTarget) {
+    if (!test::has_symbolic_links) {
+        GTEST_SKIP() << "no symbolic links here";
+    }
     fs::create_symlink("later", folder.file("link"));
     replace("link", "new");
     EXPECT_TRUE(fs::is_symlink(folder.file("link")));
@@ -85,6 +93,9 @@ TEST_F(ReplaceFiles, DanglingLinkGetsItsTarget) {
 }
 
 TEST_F(ReplaceFiles, LinkInACircleIsAnError) {
+    if (!test::has_symbolic_links) {
+        GTEST_SKIP() << "no symbolic links here";
+    }
     fs::create_symlink("b", folder.file("a"));
     fs::create_symlink("a", folder.file("b"));
     EXPECT_EQ(error_of_replacing("a"), 75);
@@ -96,7 +107,7 @@ TEST_F(ReplaceFiles, HardLinkedFileIsWrittenInPlace) {
     fs::create_hard_link(folder.file("a"), folder.file("b"));
     replace("a", "new");
     EXPECT_EQ(folder.read("b"), "new");
-    EXPECT_EQ(fs::hard_link_count(folder.file("a")), 2U);
+    EXPECT_EQ(disk->link_count(folder.file("a")), 2U);
     EXPECT_THAT(folder.names(), ElementsAre("a", "b"));
 }
 
@@ -143,6 +154,7 @@ TEST_F(ReplaceFiles, TemporaryThatIsBeingWrittenIsLeftAlone) {
     EXPECT_EQ(error.number(), 70);
     EXPECT_EQ(error.about(), folder.file("a.morvane-tmp") + " is being written by another program");
     EXPECT_EQ(folder.read("a"), "old");
+    other->close();
     EXPECT_EQ(folder.read("a.morvane-tmp"), "of the other");
 }
 
@@ -165,6 +177,9 @@ TEST_F(ReplaceFiles, TheWriterMayReadTheOldFile) {
 }
 
 TEST_F(ReplaceFiles, SameFileTwiceIsAnErrorAndNothingIsLost) {
+    if (!test::has_symbolic_links) {
+        GTEST_SKIP() << "no symbolic links here";
+    }
     folder.write("a", "old");
     fs::create_symlink("a", folder.file("b"));
     const auto write = [](TextWriter& out) { out.write("new"); };

@@ -12,7 +12,6 @@
 
 #include <filesystem>
 #include <string>
-#include <sys/resource.h>
 
 namespace morvane {
 namespace {
@@ -159,21 +158,6 @@ TEST_F(SourceSet, MissingFileGivesItsOwnMessageAndAddsNothing) {
                 ElementsAre(Box{"Error ! File does not exist: (" + folder.file("base_0.asm") + ").",
                                 Icon::Critical}));
 }
-
-#if !defined(__SANITIZE_ADDRESS__) // which ends the program where others throw
-TEST_F(TextFiles, FileTooLargeForTheMemoryIsTold) {
-    const std::string path = folder.write("big", "");
-    std::error_code error;
-    std::filesystem::resize_file(path, std::uintmax_t{1} << 42, error); // takes no room on the disk
-    if (!error) {
-        const rlimit little{std::uint64_t{1} << 40, RLIM_INFINITY};
-        setrlimit(RLIMIT_AS, &little);
-        EXPECT_EQ(load_file2array(services, path, store), 0U);
-        EXPECT_THAT(reporter.boxes,
-                    ElementsAre(Box{"Error in load_file2array: 7 :Out of memory", Icon::None}));
-    }
-}
-#endif
 
 } // namespace
 } // namespace morvane

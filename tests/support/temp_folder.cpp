@@ -32,7 +32,7 @@ TempFolder::~TempFolder() {
 }
 
 std::string TempFolder::file(std::string_view name) const {
-    return (fs::path(path_) / name).string();
+    return (fs::path(path_) / name).make_preferred().string();
 }
 
 std::string TempFolder::write(std::string_view name, std::string_view bytes) const {
@@ -59,7 +59,7 @@ std::vector<std::string> TempFolder::names() const {
 }
 
 std::string read_file(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(fs::path(path), std::ios::binary);
     if (!file) {
         throw std::runtime_error("cannot read " + path);
     }
@@ -67,7 +67,7 @@ std::string read_file(const std::string& path) {
 }
 
 void write_file(const std::string& path, std::string_view bytes) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    std::ofstream file(fs::path(path), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!file.flush()) {
         throw std::runtime_error("cannot write " + path);

@@ -52,12 +52,14 @@ TEST_F(ProgramFolder, AReadOnlyExecutableFolderIsPassedOver) {
               folder.file("data"));
 }
 
+#ifndef _WIN32
 TEST(UserDataFolder, FollowsTheDesktopsRules) {
     EXPECT_EQ(user_data_folder("/data", "/home/me"), "/data/morvane");
     EXPECT_EQ(user_data_folder("", "/home/me"), "/home/me/.local/share/morvane");
     EXPECT_EQ(user_data_folder("relative", "/home/me"), "/home/me/.local/share/morvane");
     EXPECT_EQ(user_data_folder("", ""), "");
 }
+#endif
 
 } // namespace
 } // namespace morvane::test

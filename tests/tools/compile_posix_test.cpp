@@ -1,10 +1,8 @@
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
-#include "tools/chosen_file.h"
 #include "tools/compile.h"
 #include "tools/recording_launcher.h"
-#include "tools/windows_command_line.h"
 
 #include <gtest/gtest.h>
 
@@ -175,30 +173,6 @@ TEST_F(Compile, APathNeverRunsAsACommandAndArrivesWhole) {
     }
     EXPECT_FALSE(folder.has("hit"));
     EXPECT_FALSE(fs::exists("hit"));
-}
-
-TEST(WindowsCompileLine, NamesTheCompilerTheSetAndTheResultsFile) {
-    EXPECT_EQ(windows_compile_line("c:\\sets\\airport", "c:\\morvane"),
-              "c:\\sets\\bglc /bgl c:\\sets\\airport.asm > c:\\morvane\\comp.txt");
-}
-
-TEST(WindowsCompileLine, WithoutABackslashItBeginsAtTheRoot) {
-    EXPECT_EQ(windows_compile_line("airport", "p"), "\\bglc /bgl airport.asm > p\\comp.txt");
-}
-
-TEST(WindowsCompileLine, QuotesWhatTheInterpreterWouldTake) {
-    EXPECT_EQ(windows_compile_line("c:\\my sets\\a&b", "c:\\p (x)"),
-              "\"c:\\my sets\\bglc\" /bgl \"c:\\my sets\\a&b.asm\" > \"c:\\p (x)\\comp.txt\"");
-    EXPECT_EQ(windows_command_line({{"a", "50%x%", "q\"&b"}}, "o"),
-              "a \"50\"^%\"x\"^%\"\" \"q&b\" > o");
-    EXPECT_EQ(windows_interpreter_line("\"a b\" > c"), "cmd.exe /d /v:off /s /c \"\"a b\" > c\"");
-}
-
-TEST(ChosenFile, BecomesTheBaseWithoutItsExtension) {
-    EXPECT_EQ(base_of_chosen_file("c:\\sets\\airport.asm"), "c:\\sets\\airport");
-    EXPECT_EQ(base_of_chosen_file("a.azm"), "a");
-    EXPECT_EQ(base_of_chosen_file(".asm"), std::nullopt);
-    EXPECT_EQ(base_of_chosen_file(""), std::nullopt);
 }
 
 } // namespace

@@ -1,0 +1,22 @@
+#include "cli/console.h"
+
+#include <unistd.h>
+
+namespace morvane::cli {
+
+Console::Console() = default;
+Console::~Console() = default;
+
+std::vector<std::string> console_arguments(int argc, char** argv) {
+    return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+bool input_is_terminal() {
+    return isatty(STDIN_FILENO) != 0;
+}
+
+bool errors_go_to_terminal() {
+    return isatty(STDERR_FILENO) != 0;
+}
+
+} // namespace morvane::cli

@@ -1,0 +1,31 @@
+#include "tools/windows_command_line.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane::test {
+namespace {
+
+TEST(WindowsCompileLine, NamesTheCompilerTheSetAndTheResultsFile) {
+    EXPECT_EQ(windows_compile_line("c:\\sets\\airport", "c:\\morvane"),
+              "c:\\sets\\bglc /bgl c:\\sets\\airport.asm > c:\\morvane\\comp.txt");
+}
+
+TEST(WindowsCompileLine, WithoutABackslashItBeginsAtTheRoot) {
+    EXPECT_EQ(windows_compile_line("airport", "p"), "\\bglc /bgl airport.asm > p\\comp.txt");
+}
+
+TEST(WindowsCompileLine, QuotesWhatTheInterpreterWouldTake) {
+    EXPECT_EQ(windows_compile_line("c:\\my sets\\a&b", "c:\\p (x)"),
+              "\"c:\\my sets\\bglc\" /bgl \"c:\\my sets\\a&b.asm\" > \"c:\\p (x)\\comp.txt\"");
+    EXPECT_EQ(windows_command_line({{"a", "50%x%", "q\"&b"}}, "o"),
+              "a \"50\"^%\"x\"^%\"\" \"q&b\" > o");
+    EXPECT_EQ(windows_interpreter_line("\"a b\" > c"), "cmd.exe /d /v:off /s /c \"\"a b\" > c\"");
+}
+
+TEST(WindowsProgramLine, QuotesAsProgramsTakeItApart) {
+    EXPECT_EQ(windows_program_line({{"c:\\a b\\bglc", "/bgl", "", "q\"x", "end\\", "a\\\"b"}}),
+              "\"c:\\a b\\bglc\" \"/bgl\" \"\" \"q\\\"x\" \"end\\\\\" \"a\\\\\\\"b\"");
+}
+
+} // namespace
+} // namespace morvane::test
