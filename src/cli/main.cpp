@@ -1,4 +1,5 @@
 #include "cli/cli.h"
+#include "cli/completions.h"
 #include "cli/console.h"
 #include "core/errors.h"
 #include "core/version.h"
@@ -51,6 +52,7 @@ int run(std::vector<std::string> arguments) {
     app.fallthrough();
     add_common_options(app, cli);
     add_commands(app, cli);
+    add_completions_option(app);
     try {
         std::reverse(arguments.begin(), arguments.end()); // as the parser takes them
         app.parse(std::move(arguments));
