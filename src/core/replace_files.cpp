@@ -117,6 +117,7 @@ void put_into_place(Disk& disk, Target& target) {
     } else {
         disk.rename(target.temporary, target.path);
         target.touched = true;
+        target.temporary_file.reset(); // Windows could not put the old file in place of an open one
     }
     target.temporary.clear();
 }
