@@ -1,32 +1,29 @@
-# The manual page, the completions of the shells, and what puts the window into the menu.
-if(EXISTS ${CMAKE_SOURCE_DIR}/docs/morvane-cli.1)
-  install(FILES docs/morvane-cli.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-endif()
+# The manual page and the completions of the shells, both made from the program's own options. What
+# puts the window into the menu is installed along with it.
 
-set(completions ${CMAKE_BINARY_DIR}/completions)
-file(MAKE_DIRECTORY ${completions})
+set(made ${CMAKE_BINARY_DIR}/made)
+file(MAKE_DIRECTORY ${made})
 add_custom_command(
-  OUTPUT ${completions}/morvane-cli ${completions}/_morvane-cli ${completions}/morvane-cli.fish
-  COMMAND morvane-cli --completions bash > ${completions}/morvane-cli
-  COMMAND morvane-cli --completions zsh > ${completions}/_morvane-cli
-  COMMAND morvane-cli --completions fish > ${completions}/morvane-cli.fish
+  OUTPUT ${made}/morvane-cli ${made}/_morvane-cli ${made}/morvane-cli.fish
+  COMMAND morvane-cli --completions bash > ${made}/morvane-cli
+  COMMAND morvane-cli --completions zsh > ${made}/_morvane-cli
+  COMMAND morvane-cli --completions fish > ${made}/morvane-cli.fish
   DEPENDS morvane-cli VERBATIM)
-add_custom_target(completions ALL DEPENDS ${completions}/morvane-cli)
-install(FILES ${completions}/morvane-cli
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-install(FILES ${completions}/_morvane-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
-install(FILES ${completions}/morvane-cli.fish
+set(pages ${made}/morvane-cli)
+install(FILES ${made}/morvane-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES ${made}/_morvane-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+install(FILES ${made}/morvane-cli.fish
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 
-# A menu entry without the window would start nothing.
-if(TARGET morvane)
-  set(here ${CMAKE_CURRENT_LIST_DIR})
-  file(GLOB desktop ${here}/*.desktop)
-  file(GLOB metadata ${here}/*.metainfo.xml)
-  file(GLOB icons ${here}/*.svg)
-  file(GLOB types ${here}/*-mime.xml)
-  install(FILES ${desktop} DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-  install(FILES ${metadata} DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-  install(FILES ${icons} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
-  install(FILES ${types} DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
+find_program(MORVANE_PYTHON NAMES python3)
+if(MORVANE_PYTHON)
+  add_custom_command(
+    OUTPUT ${made}/morvane-cli.1
+    COMMAND ${MORVANE_PYTHON} ${CMAKE_SOURCE_DIR}/tools/make-manual $<TARGET_FILE:morvane-cli>
+            > ${made}/morvane-cli.1
+    DEPENDS morvane-cli ${CMAKE_SOURCE_DIR}/docs/morvane-cli.1.in
+            ${CMAKE_SOURCE_DIR}/tools/make-manual VERBATIM)
+  list(APPEND pages ${made}/morvane-cli.1)
+  install(FILES ${made}/morvane-cli.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
+add_custom_target(pages ALL DEPENDS ${pages})

@@ -11,7 +11,9 @@ namespace morvane::cli {
 namespace {
 
 Inspector make_inspector(Cli& cli) {
-    return {cli.services(), cli.program_folder(), {executable_folder()}};
+    return {cli.services(),
+            cli.program_folder(),
+            {executable_folder(), executable_folder() + "/../lib/morvane"}};
 }
 
 void print_with_plain_line_ends(std::string_view text) {

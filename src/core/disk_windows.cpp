@@ -269,12 +269,13 @@ void clear_read_only(const std::wstring& name) {
     }
 }
 
-// Nobody else may open it while it is ours: that tells a stray of a program that died from a file
+// Nobody else may write it while it is ours: that tells a stray of a program that died from a file
 // that is being written just now.
 Handle open_exclusively(const std::string& path) {
     const std::wstring name = system_name(path);
     clear_read_only(name);
-    Handle file(CreateFileW(name.c_str(), GENERIC_WRITE | WRITE_DAC, 0, nullptr, OPEN_ALWAYS,
+    Handle file(CreateFileW(name.c_str(), GENERIC_WRITE | WRITE_DAC,
+                            FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
                             FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (!file.valid()) {
         const DWORD code = GetLastError();

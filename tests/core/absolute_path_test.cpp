@@ -1,5 +1,4 @@
 #include "core/absolute_path.h"
-
 #include "core/wide_text.h"
 
 #include <gtest/gtest.h>
