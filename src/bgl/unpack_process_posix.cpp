@@ -39,6 +39,7 @@ int wait_for(pid_t child) {
 int run_program(const std::vector<std::string>& command) {
     std::vector<std::string> words = command;
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }
