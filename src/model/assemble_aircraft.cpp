@@ -63,7 +63,9 @@ LineStore saved_and_loaded(const LineStore& store) {
     for (std::size_t i = 1; i <= store.upper(); ++i) {
         text.append(store.line(i)).append("\r\n");
     }
-    FileBytes bytes{std::make_unique_for_overwrite<char[]>(text.size()), text.size()};
+    FileBytes bytes;
+    bytes.data = std::make_unique_for_overwrite<char[]>(text.size());
+    bytes.size = text.size();
     text.copy(bytes.data.get(), text.size());
     return LineStore(std::move(bytes));
 }

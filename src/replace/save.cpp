@@ -111,8 +111,8 @@ SaveResult save_set(const Services& services, OpenSet& set, const std::string& o
         }
         const std::vector<FileReplacement> files = replacements(set, output);
         replace_files(services.disk, files);
-        for (auto file = files.rbegin(); file != files.rend(); ++file) {
-            result.paths.push_back(file->path);
+        for (const FileReplacement& file : files) {
+            result.paths.insert(result.paths.begin(), file.path);
         }
     } catch (const RuntimeError& error) {
         report_error(services.reporter, error, "ERROR : ", ": ");
