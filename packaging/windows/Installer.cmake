@@ -8,6 +8,8 @@ set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
 set(CPACK_NSIS_UNINSTALL_NAME uninstall)
 set(CPACK_NSIS_MODIFY_PATH OFF)
 set(CPACK_NSIS_COMPRESSOR "/SOLID lzma")
+# As 64-bit a program as those it brings; a Wine without 32 bits runs it too.
+set(CPACK_NSIS_DEFINES "Target amd64-unicode")
 
 if(TARGET morvane)
   # Recipes keep the program that they open with; the window is offered beside it.
