@@ -41,7 +41,7 @@ Words unpacking_programs(Disk& disk, const Words& folders) {
 std::string find_wine(Disk& disk, std::string_view search_path) {
     while (!search_path.empty()) {
         const std::size_t end = std::min(search_path.find(':'), search_path.size());
-        const std::string program = join_path(search_path.substr(0, end), "wine");
+        std::string program = join_path(search_path.substr(0, end), "wine");
         if (end > 0 && disk.is_file(program)) {
             return program;
         }

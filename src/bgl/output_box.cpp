@@ -10,7 +10,7 @@
 
 namespace morvane {
 
-OutputBox::OutputBox(Services services, std::string program_folder)
+OutputBox::OutputBox(Services services, const std::string& program_folder)
     : services_(services), path_(join_path(program_folder, "out.txt")) {}
 
 void OutputBox::begin_command(bool auto_clear) {

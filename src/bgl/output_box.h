@@ -16,7 +16,7 @@ class OutputBox {
   public:
     static constexpr std::size_t overflow_size = 65401;
 
-    OutputBox(Services services, std::string program_folder);
+    OutputBox(Services services, const std::string& program_folder);
 
     /// Begins the report of a command: "out.txt" is started anew by the next write.
     void begin_command(bool auto_clear);

@@ -10,8 +10,6 @@
 #include <thread>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace morvane {
 
 namespace {
@@ -51,7 +49,7 @@ int run_program(const std::vector<std::string>& command) {
     ::posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     pid_t child = 0;
     const int error =
-        ::posix_spawn(&child, words[0].c_str(), &files, nullptr, arguments.data(), environ);
+        ::posix_spawn(&child, words[0].c_str(), &files, nullptr, arguments.data(), ::environ);
     ::posix_spawn_file_actions_destroy(&files);
     return error == 0 ? wait_for(child) : program_not_started;
 }
