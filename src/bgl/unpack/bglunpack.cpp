@@ -47,7 +47,8 @@ HMODULE load_library(const std::wstring& folder) {
             }
         }
     }
-    return LoadLibraryW(L"sup.dll");
+    // Not from the current folder: whoever left a library of that name there would have it run.
+    return LoadLibraryExW(L"sup.dll", nullptr, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
 }
 
 template <typename Function>
