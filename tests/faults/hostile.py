@@ -366,7 +366,7 @@ def sparse_bgl_of_4_gigabytes(program, scratch):
 @test
 def names_in_files_are_no_paths(program, scratch):
     """What a recipe or a design calls something never becomes the name of a file."""
-    work = scratch / "deep" / "work"
+    work = scratch / "deep" / "down"
     work.mkdir(parents=True)
     copy_example(work, "airport")
     (work / "evil.toml").write_text(
@@ -376,7 +376,7 @@ def names_in_files_are_no_paths(program, scratch):
     result = program.run(("process", "airport", "evil.toml", "--trace"), work)
     require(result.returncode == 0, "it fails", result)
     new = set(contents(scratch)) - before
-    require(all(name.startswith("deep/work/") for name in new), f"{new} were made", result)
+    require(all(name.startswith("deep/down/") for name in new), f"{new} were made", result)
 
 
 def main():
