@@ -55,6 +55,7 @@ std::string joined(const std::vector<std::string>& words, std::string_view betwe
 
 std::vector<std::string> names_of(const std::vector<OptionWord>& options) {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const OptionWord& option : options) {
         names.push_back(option.name);
     }

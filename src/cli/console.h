@@ -11,7 +11,7 @@ class Console {
     Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
-    ~Console();
+    ~Console(); // NOLINT(performance-trivially-destructible): it has work to do on Windows
 
   private:
     unsigned code_page_before_ = 0;

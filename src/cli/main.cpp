@@ -62,9 +62,7 @@ int run(std::vector<std::string> arguments) {
     return cli.status;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int run_and_report(int argc, char** argv) {
     const Console console;
     int status = failed;
     try {
@@ -80,4 +78,14 @@ int main(int argc, char** argv) {
         status = report_failure("The output could not be written.");
     }
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run_and_report(argc, argv);
+    } catch (...) {
+        return failed; // what failed is the reporting itself
+    }
 }

@@ -32,12 +32,14 @@ std::size_t estimated_lines(std::string_view beginning, std::size_t size) {
 LineStore::LineStore() : lines_{empty_place, empty_place} {}
 
 FileBytes allocate_bytes(std::uint64_t size) {
+    FileBytes bytes;
+    bytes.size = static_cast<std::size_t>(size);
     try {
-        const auto count = static_cast<std::size_t>(size);
-        return {std::make_unique_for_overwrite<char[]>(count), count};
+        bytes.data = std::make_unique_for_overwrite<char[]>(bytes.size);
     } catch (const std::bad_alloc&) {
         throw RuntimeError(ErrorNumber::OutOfMemory);
     }
+    return bytes;
 }
 
 LineStore::LineStore(FileBytes bytes) {
