@@ -27,7 +27,7 @@ class LibView::Busy {
   public:
     explicit Busy(LibView& view) : view_(view) {
         view_.ui_->File1->setEnabled(false);
-        view_.repainted_.start();
+        view_.repainted_.invalidate(); // the first repaint, with the bar of a search, is at once
     }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;

@@ -15,6 +15,8 @@
 #include <QTableView>
 #include <QTimer>
 
+#include <functional>
+
 namespace morvane::test {
 
 class LibraryTest : public QObject {
@@ -191,6 +193,26 @@ void LibraryTest::searchListsObjects() {
     QVERIFY(!control<QWidget>(browser, "busyBar").isVisible());
 }
 
+namespace {
+
+// Does something as soon as events are handled after a widget has been shown.
+class WhenShown : public QObject {
+  public:
+    explicit WhenShown(std::function<void()> act) : act_(std::move(act)) {}
+
+    bool eventFilter(QObject* widget, QEvent* event) override {
+        if (event->type() == QEvent::Show) {
+            QMetaObject::invokeMethod(this, act_, Qt::QueuedConnection);
+        }
+        return QObject::eventFilter(widget, event);
+    }
+
+  private:
+    std::function<void()> act_;
+};
+
+} // namespace
+
 void LibraryTest::searchCanBeStopped() {
     Rig rig;
     for (int folder = 0; folder < 150; ++folder) {
@@ -202,17 +224,13 @@ void LibraryTest::searchCanBeStopped() {
     QWidget& browser = open_at(rig);
     bool form_was_held = false;
     auto& stop = control<QAbstractButton>(browser, "stopButton");
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, [&] {
-        if (stop.isVisible()) {
-            form_was_held = !rig.form->isEnabled();
-            QVERIFY(!browser.close()); // not in the middle of it
-            QTest::mouseClick(&stop, Qt::LeftButton);
-        }
+    WhenShown watch([&] {
+        form_was_held = !rig.form->isEnabled();
+        QVERIFY(!browser.close()); // not in the middle of it
+        QTest::mouseClick(&stop, Qt::LeftButton);
     });
-    watch.start(0);
+    stop.installEventFilter(&watch);
     click(browser, "Command3");
-    watch.stop();
     QVERIFY(form_was_held);
     QVERIFY(rig.form->isEnabled());
     QVERIFY(objects(browser).rowCount() < 3000);
