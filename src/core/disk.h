@@ -37,10 +37,11 @@ class ReadableFile {
     virtual ~ReadableFile() = default;
 
     virtual std::uint64_t size() = 0;
-    /// Tells that the file will be read to fresh memory from `buffer` on, a stretch at a time.
-    virtual void prepare_for(char* /*buffer*/, std::size_t /*count*/) {}
+    /// Tells that `count` bytes of fresh memory from `memory` on will be filled while the file is
+    /// read.
+    virtual void prepare_for(void* /*memory*/, std::size_t /*count*/) {}
     /// Reads up to `count` bytes from `offset` on; gives how many there were (fewer only at the
-    /// end of the file).
+    /// end of the file). May be called by several threads at once.
     virtual std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) = 0;
 };
 

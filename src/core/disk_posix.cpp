@@ -82,8 +82,8 @@ class Descriptor {
     int fd_;
 };
 
-// A large file is read into memory that was never touched: pages of 2 MiB save the time of
-// thousands of page faults. Where the system does not take the advice, nothing is lost.
+// What is made of a large file goes into memory that was never touched: pages of 2 MiB save the
+// time of thousands of page faults. Where the system does not take the advice, nothing is lost.
 void advise_large_pages(char* buffer, std::size_t count) {
     constexpr std::uintptr_t large_page = std::uintptr_t{2} << 20;
     const auto begin = reinterpret_cast<std::uintptr_t>(buffer);
@@ -109,8 +109,8 @@ class PosixReadableFile final : public ReadableFile {
 
     std::uint64_t size() override { return size_; }
 
-    void prepare_for(char* buffer, std::size_t count) override {
-        advise_large_pages(buffer, count);
+    void prepare_for(void* memory, std::size_t count) override {
+        advise_large_pages(static_cast<char*>(memory), count);
     }
 
     std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) override {
@@ -140,7 +140,9 @@ class PosixWritableFile final : public WritableFile {
     PosixWritableFile(Descriptor fd, std::string path)
         : fd_(std::move(fd)), path_(std::move(path)) {}
 
+    // Not more than a stretch in one call, so that the medium can begin with it meanwhile.
     std::size_t write(std::string_view bytes) override {
+        bytes = bytes.substr(0, stretch);
         ssize_t written = -1;
         do {
             written = ::write(fd_.get(), bytes.data(), bytes.size());
@@ -175,7 +177,6 @@ class PosixWritableFile final : public WritableFile {
     // left to wait for in sync().
     void start_writing_back(std::size_t written) {
 #ifdef SYNC_FILE_RANGE_WRITE
-        constexpr std::size_t stretch = std::size_t{8} << 20;
         waiting_ += written;
         if (waiting_ >= stretch) {
             ::sync_file_range(fd_.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
@@ -185,6 +186,8 @@ class PosixWritableFile final : public WritableFile {
         static_cast<void>(written);
 #endif
     }
+
+    static constexpr std::size_t stretch = std::size_t{8} << 20;
 
     std::size_t waiting_ = 0; // bytes written since the medium was last set to work
     Descriptor fd_;

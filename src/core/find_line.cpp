@@ -29,6 +29,12 @@ bool collapsed_begins_with(std::string_view line, std::string_view key) {
     return true;
 }
 
+// Nearly every line is told by its first character.
+bool may_begin_with(std::string_view line, std::string_view prefix) {
+    const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
+    return prefix.empty() || (first < line.size() && line[first] == prefix.front());
+}
+
 } // namespace
 
 std::size_t find_line(std::string_view key, const LineStore& store, std::size_t start,
@@ -57,7 +63,7 @@ std::size_t find_line(std::string_view key, const LineStore& store, std::size_t 
 std::size_t find_trimmed_prefix(std::string_view prefix, const LineStore& store,
                                 std::size_t start) {
     for (std::size_t i = start; i <= store.upper(); ++i) {
-        if (trim(store.line(i)).starts_with(prefix)) {
+        if (may_begin_with(store.line(i), prefix) && trim(store.line(i)).starts_with(prefix)) {
             return i;
         }
     }

@@ -2,29 +2,24 @@
 
 #include "core/disk.h"
 #include "core/errors.h"
+#include "core/line_ends.h"
 #include "core/text.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 
 namespace morvane {
 
 namespace {
 
-const char* find_byte(const char* begin, const char* end, char byte) {
-    const auto size = static_cast<std::size_t>(end - begin);
-    const void* found = size == 0 ? nullptr : std::memchr(begin, byte, size);
-    return found == nullptr ? end : static_cast<const char*>(found);
-}
-
-// How many lines a file of `size` bytes is likely to have, by its beginning. Never so many that the
-// places take more than half the file's size, for a beginning may mislead.
+// How many lines a file of `size` bytes may well have, by its beginning. Never so many that the
+// places take more than half the file's size, for a beginning may mislead. What is reserved and not
+// touched costs nothing.
 std::size_t estimated_lines(std::string_view beginning, std::size_t size) {
     const std::string_view sample = beginning.substr(0, 65536);
     const auto ends = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
     const std::size_t samples = sample.empty() ? 0 : size / sample.size() + 1;
-    return std::min((ends + 1) * samples, size / 16 + sample.size()) + 2;
+    return std::min(2 * (ends + 1) * samples, size / 16 + sample.size()) + 2;
 }
 
 } // namespace
@@ -43,18 +38,20 @@ FileBytes allocate_bytes(std::uint64_t size) {
 }
 
 LineStore::LineStore(FileBytes bytes) {
-    split(bytes, bytes.size, [](std::size_t) { return 0; });
+    lines_.reserve(estimated_lines(bytes.view(), bytes.size));
+    split(bytes.data.get(), bytes.size, [] { return 0; });
     bytes_ = std::make_shared<const FileBytes>(std::move(bytes));
 }
 
-LineStore LineStore::read(ReadableFile& file) {
-    constexpr std::size_t stretch = std::size_t{512} * 1024;
+LineStore LineStore::read(ReadableFile& file, std::size_t stretch) {
     FileBytes bytes = allocate_bytes(file.size());
     file.prepare_for(bytes.data.get(), bytes.size);
+    ReadAhead ahead(file, bytes.data.get(), bytes.size, stretch);
+    const std::size_t first = ahead.next();
     LineStore store;
-    bytes.size = store.split(bytes, 0, [&](std::size_t there) {
-        return file.read_at(there, bytes.data.get() + there, std::min(stretch, bytes.size - there));
-    });
+    store.lines_.reserve(estimated_lines({bytes.data.get(), first}, bytes.size));
+    file.prepare_for(store.lines_.data(), store.lines_.capacity() * sizeof(Place));
+    bytes.size = store.split(bytes.data.get(), first, [&] { return ahead.next(); });
     store.bytes_ = std::make_shared<const FileBytes>(std::move(bytes));
     return store;
 }
@@ -66,44 +63,43 @@ LineStore::LineStore(const std::vector<std::string>& lines) : LineStore() {
 LineStore::LineStore(const LineStore& other) = default;
 LineStore& LineStore::operator=(const LineStore& other) = default;
 
-std::size_t LineStore::split(const FileBytes& bytes, std::size_t there, const ReadMore& read_more) {
-    const char* const begin = bytes.data.get();
-    const char* edge = begin + (there == 0 ? read_more(0) : there); // of what has come in
-    const char* end = begin + bytes.size;
-    lines_.clear();
-    lines_.reserve(estimated_lines({begin, static_cast<std::size_t>(edge - begin)}, bytes.size));
-    lines_.push_back(empty_place);
-    const char* line = begin;
-    const char* next_lf = find_byte(line, edge, '\n');
-    const char* next_cr = find_byte(line, edge, '\r');
-    while (line != end) {
-        const char* const stop = std::min(next_lf, next_cr);
-        if (edge != end && stop + 1 >= edge) { // a CR at the edge may have its LF behind it
-            const char* const old_edge = edge;
-            edge += read_more(static_cast<std::size_t>(edge - begin));
-            end = edge == old_edge ? edge : end; // the file has become shorter meanwhile
-            next_lf = next_lf == old_edge ? find_byte(old_edge, edge, '\n') : next_lf;
-            next_cr = next_cr == old_edge ? find_byte(old_edge, edge, '\r') : next_cr;
+std::size_t LineStore::split(const char* bytes, std::size_t first, const ReadMore& read_more) {
+    LineEnds ends(bytes);
+    ends.extend(first);
+    lines_.assign(1, empty_place);
+    const char* line = bytes;
+    for (;;) {
+        const char* const stop = ends.next();
+        if (stop == ends.edge()) {
+            const std::size_t more = read_more();
+            if (more == 0) {
+                break;
+            }
+            ends.extend(more);
             continue;
         }
-        lines_.push_back(file_place(begin, static_cast<std::size_t>(line - begin),
-                                    static_cast<std::size_t>(stop - begin)));
-        const bool both = stop == next_cr && next_lf != end && next_lf == stop + 1;
-        only_crlf_ = only_crlf_ && (both || stop == end);
-        line = stop == end ? end : stop + (both ? 2 : 1);
-        next_lf = next_lf < line ? find_byte(line, edge, '\n') : next_lf;
-        next_cr = next_cr < line ? find_byte(line, edge, '\r') : next_cr;
+        if (*stop == '\r' && stop + 1 == ends.edge()) { // its LF may be the next to come
+            ends.extend(read_more());
+        }
+        const bool both = *stop == '\r' && stop + 1 != ends.edge() && stop[1] == '\n';
+        lines_.push_back(file_place(bytes, line, stop));
+        only_crlf_ = only_crlf_ && both;
+        line = both ? ends.next() + 1 : stop + 1;
+    }
+    if (line != ends.edge()) {
+        lines_.push_back(file_place(bytes, line, ends.edge()));
     }
     lines_.push_back(empty_place);
-    return static_cast<std::size_t>(end - begin);
+    return static_cast<std::size_t>(ends.edge() - bytes);
 }
 
-LineStore::Place LineStore::file_place(const char* bytes, std::size_t begin, std::size_t end) {
-    const std::size_t length = end - begin;
-    if (length > length_mask || begin > max_offset) {
-        return keep_aside(std::string(bytes + begin, length));
+LineStore::Place LineStore::file_place(const char* bytes, const char* begin, const char* end) {
+    const auto offset = static_cast<std::size_t>(begin - bytes);
+    const auto length = static_cast<std::size_t>(end - begin);
+    if (length > length_mask || offset > max_offset) {
+        return keep_aside(std::string(begin, end));
     }
-    return (static_cast<Place>(begin) << length_bits) | length;
+    return (static_cast<Place>(offset) << length_bits) | length;
 }
 
 LineStore::Place LineStore::keep_aside(std::string text) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/read_ahead.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -39,8 +41,9 @@ class LineStore {
     /// OutOfMemory.
     explicit LineStore(FileBytes bytes);
     explicit LineStore(const std::vector<std::string>& lines);
-    /// Reads a file and splits it, each stretch while it is still at hand. Throws RuntimeError.
-    static LineStore read(ReadableFile& file);
+    /// Reads a file and splits it, each stretch of so many bytes while the next come in. Throws
+    /// RuntimeError.
+    static LineStore read(ReadableFile& file, std::size_t stretch = ReadAhead::usual_stretch);
 
     LineStore(const LineStore& other);
     LineStore& operator=(const LineStore& other);
@@ -99,12 +102,12 @@ class LineStore {
     static constexpr Place max_offset = (Place{1} << 40) - 1;
     static constexpr Place empty_place = 0;
 
-    // Gives how many more bytes have come in behind those that are there; 0 at the end.
-    using ReadMore = std::function<std::size_t(std::size_t there)>;
+    // Gives how many more bytes have come in; 0 at the end, also when asked again.
+    using ReadMore = std::function<std::size_t()>;
 
-    // Gives how many of the bytes there were in the end.
-    std::size_t split(const FileBytes& bytes, std::size_t there, const ReadMore& read_more);
-    Place file_place(const char* bytes, std::size_t begin, std::size_t end);
+    // Begins with the `first` bytes; gives how many there were in the end.
+    std::size_t split(const char* bytes, std::size_t first, const ReadMore& read_more);
+    Place file_place(const char* bytes, const char* begin, const char* end);
     Place keep_aside(std::string text);
     void require_index(std::size_t index) const {
         if (index < 1 || index > upper()) {

@@ -8,7 +8,9 @@ namespace morvane {
 
 namespace {
 
-constexpr std::size_t buffer_size = std::size_t{256} * 1024;
+// Whatever is written comes out in pieces of this size, or whole multiples: the system takes them
+// several times faster than smaller ones, or ones that begin anywhere.
+constexpr std::size_t buffer_size = std::size_t{1} << 20;
 
 } // namespace
 
@@ -28,32 +30,40 @@ void TextWriter::flush() {
 }
 
 void TextWriter::write(std::string_view bytes) {
-    if (buffer_.capacity() < buffer_size) {
-        buffer_.reserve(buffer_size);
+    buffer_.reserve(buffer_size);
+    while (buffer_.size() + bytes.size() >= buffer_size) {
+        if (buffer_.empty()) {
+            const std::size_t whole = bytes.size() / buffer_size * buffer_size;
+            put(bytes.substr(0, whole));
+            bytes.remove_prefix(whole);
+        } else {
+            const std::size_t room = buffer_size - buffer_.size();
+            buffer_.append(bytes.substr(0, room));
+            bytes.remove_prefix(room);
+            flush();
+        }
     }
-    if (buffer_.size() + bytes.size() > buffer_size) {
-        flush();
-    }
-    if (bytes.size() > buffer_size) {
-        put(bytes);
-    } else {
-        buffer_.append(bytes);
-    }
+    buffer_.append(bytes);
 }
 
 void TextWriter::line(std::string_view text) {
-    write(text);
-    write("\r\n");
+    if (buffer_.size() + text.size() + 2 < buffer_size) {
+        buffer_.append(text).append("\r\n", 2);
+    } else {
+        write(text);
+        write("\r\n");
+    }
 }
 
 void TextWriter::lines(const LineStore& store, std::size_t first, std::size_t last) {
     for (std::size_t i = first; i <= last;) {
         // Most of a large file is written just as it was read, in one piece.
         const LineStore::Run run = store.unchanged_run(i, last);
-        write(run.bytes);
-        i += run.count;
         if (run.count == 0) {
             line(store.line(i++));
+        } else {
+            write(run.bytes);
+            i += run.count;
         }
     }
 }

@@ -1,9 +1,12 @@
 #include "core/disk.h"
+#include "core/errors.h"
 #include "core/line_store.h"
+#include "support/thrown.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <random>
 #include <string>
@@ -52,31 +55,84 @@ std::string random_text(std::mt19937& random, std::size_t size, const std::strin
     return text;
 }
 
+constexpr std::array all_letters{"\r\n", "ab\r\n", "aaaaaaaaaaaaaaa\n", "aaaaaaaaaaaaaaa\r", "a"};
+
 TEST(LineStoreRead, IsTheSameAsSplittingTheWholeFile) {
     std::mt19937 random(20021);
-    for (const char* letters : {"\r\n", "ab\r\n", "aaaaaaaaaaaaaaa\n", "aaaaaaaaaaaaaaa\r", "a"}) {
-        const std::string bytes = random_text(random, 1'300'000 + random() % 1000, letters);
+    for (const char* letters : all_letters) {
+        const std::string bytes = random_text(random, 300'000 + random() % 1000, letters);
         MemoryFile file(bytes);
         expect_same_lines(LineStore::read(file), split_whole(bytes));
+        expect_same_lines(LineStore::read(file, 20'000 + random() % 100), split_whole(bytes));
+    }
+}
+
+TEST(LineStoreRead, StretchesOfAnySizeGiveTheSameLines) {
+    std::mt19937 random(20022);
+    for (int i = 0; i < 300; ++i) {
+        const char* letters = all_letters.at(random() % all_letters.size());
+        const std::string bytes = random_text(random, random() % 100, letters);
+        MemoryFile file(bytes);
+        expect_same_lines(LineStore::read(file, 1 + random() % 40), split_whole(bytes));
     }
 }
 
 TEST(LineStoreRead, ALineEndAcrossTheEdgeOfAStretchIsOne) {
-    const std::size_t stretch = std::size_t{512} * 1024;
+    const std::size_t stretch = 1000;
     for (std::size_t before = stretch - 3; before <= stretch + 2; ++before) {
         for (const char* end : {"\r\n", "\n", "\r", "\n\r", "\r\r\n"}) {
             const std::string bytes = std::string(before, 'x') + end + "last";
             MemoryFile file(bytes);
-            expect_same_lines(LineStore::read(file), split_whole(bytes));
+            expect_same_lines(LineStore::read(file, stretch), split_whole(bytes));
         }
     }
 }
 
 TEST(LineStoreRead, AFileThatBecameShorterEndsWhereItEnds) {
-    for (const std::size_t held : {std::size_t{0}, std::size_t{7}, std::size_t{700'001}}) {
+    for (const std::size_t held :
+         {std::size_t{0}, std::size_t{7}, std::size_t{1000}, std::size_t{7001}}) {
         const std::string bytes = std::string(held, 'x');
-        MemoryFile file(bytes, 2'000'000);
+        MemoryFile file(bytes, 20'000);
         expect_same_lines(LineStore::read(file), split_whole(bytes));
+        expect_same_lines(LineStore::read(file, 1000), split_whole(bytes));
+    }
+}
+
+// What comes in behind a gap would stand at a wrong place.
+TEST(LineStoreRead, AFileThatGrowsAgainEndsWhereItWasFoundToEnd) {
+    class Growing final : public ReadableFile {
+      public:
+        std::uint64_t size() override { return 5000; }
+        std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) override {
+            const std::size_t got = offset == 1000 ? 500 : count;
+            std::memset(buffer, 'x', got);
+            return got;
+        }
+    } file;
+    const LineStore store = LineStore::read(file, 1000);
+    EXPECT_EQ(store.count(), 1U);
+    EXPECT_EQ(store.line(1), std::string(1500, 'x'));
+}
+
+TEST(LineStoreRead, AFailureInAnyStretchIsReported) {
+    class Failing final : public ReadableFile {
+      public:
+        explicit Failing(std::uint64_t good) : good_(good) {}
+        std::uint64_t size() override { return 5000; }
+        std::size_t read_at(std::uint64_t offset, char* buffer, std::size_t count) override {
+            if (offset >= good_) {
+                throw RuntimeError(ErrorNumber::DeviceIo, "the disk");
+            }
+            std::memset(buffer, 'x', count);
+            return count;
+        }
+
+      private:
+        std::uint64_t good_;
+    };
+    for (std::uint64_t good = 0; good < 5000; good += 1000) {
+        Failing file(good);
+        EXPECT_EQ(test::thrown_by([&] { LineStore::read(file, 1000); }).number(), 57) << good;
     }
 }
 

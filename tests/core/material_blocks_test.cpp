@@ -95,6 +95,20 @@ TEST(FindMaterialBlock, LineOfTooManyOperandsBehindTheSelectionDoesNotMatter) {
     EXPECT_EQ(thrown_by([&] { find({overfull("MATERIAL")}, 1); }).number(), 9);
 }
 
+TEST(FindMaterialBlock, InALargeModelToo) {
+    Lines model(30'000, "    VERTEX 1,2,3");
+    model[20'000] = "MATERIAL 1,0";
+    model[20'001] = "DRAW_TRI 1,2,3";
+    model[25'000] = "DRAW_TRI_END";
+    EXPECT_EQ(find(model, 1).selecting_line, 20'001U);
+    EXPECT_EQ(find(model, 1).block_end, 25'001U);
+    model[20'002] = overfull("X");
+    EXPECT_EQ(find(model, 1).selecting_line, 20'001U);
+    model[19'999] = overfull("X");
+    EXPECT_EQ(thrown_by([&] { find(model, 1); }).about(),
+              "model file line 20000 has more than 40 operands");
+}
+
 /// One material's search, a step at a time.
 MaterialBlock find_plainly(const LineStore& model, std::size_t number) {
     const std::string key = "MATERIAL " + to_text(number);

@@ -93,7 +93,7 @@ class ReplaceFaults : public testing::TestWithParam<Situation> {
         for (const std::string& name : GetParam().replaced) {
             files.push_back({folder.file(name), [name](TextWriter& out) {
                                  out.line("new " + name);
-                                 out.write(std::string(600'000, 'n'));
+                                 out.write(std::string(1'100'000, 'n'));
                              }});
         }
         try {

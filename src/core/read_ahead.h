@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <future>
+
+namespace morvane {
+
+class ReadableFile;
+
+/// Reads a file into memory a stretch at a time, in order; the next stretches of a large file come
+/// in by other threads meanwhile, for that takes longer than to find the lines in one.
+class ReadAhead {
+  public:
+    static constexpr std::size_t usual_stretch = std::size_t{4} << 20;
+
+    /// The memory of `size` bytes must outlive this. `stretch` is in bytes, at least 1.
+    ReadAhead(ReadableFile& file, char* memory, std::size_t size, std::size_t stretch)
+        : file_(file), memory_(memory), size_(size), stretch_(stretch) {}
+
+    /// Waits for the next stretch; gives how many bytes came in, 0 at the end, also when asked
+    /// again. Throws what the file throws.
+    std::size_t next();
+
+  private:
+    void ask_for_more();
+
+    ReadableFile& file_;
+    char* memory_;
+    std::size_t size_;
+    std::size_t stretch_;
+    std::size_t asked_for_ = 0;
+    std::deque<std::future<std::size_t>> coming_;
+};
+
+} // namespace morvane
