@@ -3,6 +3,7 @@
 #include "cli/console.h"
 #include "core/errors.h"
 #include "core/version.h"
+#include "recipe/nearest_key.h"
 
 #include <algorithm>
 #include <iostream>
@@ -43,6 +44,31 @@ int report_failure(const std::string& text) {
     return failed;
 }
 
+// The command whose own command is missing.
+const CLI::App& innermost(const CLI::App& app) {
+    const auto chosen = app.get_subcommands();
+    return chosen.empty() ? app : innermost(*chosen.front());
+}
+
+// The parser only says that a command is missing, not that a word in its place is none.
+int report_parse_error(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> left = app.remaining(true);
+    std::vector<std::string_view> names;
+    for (const CLI::App* command : innermost(app).get_subcommands({})) {
+        names.emplace_back(command->get_name());
+    }
+    if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr || left.empty() ||
+        names.empty()) {
+        return app.exit(error) == 0 ? done : wrong;
+    }
+    const std::string& word = left.front();
+    const bool option = word.starts_with('-');
+    std::cerr << "There is no " << (option ? "option" : "command") << " \"" << word << '"'
+              << (option ? "" : suggestion(word, names))
+              << "\nRun with --help for more information.\n";
+    return wrong;
+}
+
 int run(std::vector<std::string> arguments) {
     Cli cli;
     CLI::App app("Turns marked triangles of gmax exports into lights, effects, windsocks and "
@@ -57,7 +83,7 @@ int run(std::vector<std::string> arguments) {
         std::reverse(arguments.begin(), arguments.end()); // as the parser takes them
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? done : wrong;
+        return report_parse_error(app, error);
     }
     return cli.status;
 }
