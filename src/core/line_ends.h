@@ -43,10 +43,11 @@ class LineEnds {
 
     static bool is_end(char c) { return c == '\n' || c == '\r'; }
 
-    // The highest bit of each byte that is 0 .. 13, as the ends are and hardly anything else.
+    // The highest bit of each byte that is 0 .. 13, as the ends are and hardly anything else; and
+    // perhaps, by a borrow, of a byte above such a one.
     static std::uint64_t small_bytes(std::uint64_t word) {
         constexpr std::uint64_t each = 0x0101010101010101;
-        return ~((word & (0x7F * each)) + (0x80 - 14) * each) & ~word & (0x80 * each);
+        return (word - 14 * each) & ~word & (0x80 * each);
     }
 
     const char* next_in_tail() {

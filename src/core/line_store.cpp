@@ -97,17 +97,13 @@ LineStore::Place LineStore::file_place(const char* bytes, const char* begin, con
     const auto offset = static_cast<std::size_t>(begin - bytes);
     const auto length = static_cast<std::size_t>(end - begin);
     if (length > length_mask || offset > max_offset) {
-        return keep_aside(std::string(begin, end));
+        return keep_aside({begin, end});
     }
     return (static_cast<Place>(offset) << length_bits) | length;
 }
 
-LineStore::Place LineStore::keep_aside(std::string text) {
-    if (text.empty()) {
-        return empty_place;
-    }
-    aside_.push_back(std::move(text));
-    return aside_flag | (aside_.size() - 1);
+LineStore::Place LineStore::keep_aside(std::string_view text) {
+    return text.empty() ? empty_place : aside_flag | aside_.add(text);
 }
 
 void LineStore::refuse_index(std::size_t index) {
@@ -146,9 +142,9 @@ LineStore::Run LineStore::unchanged_run(std::size_t first, std::size_t last) con
     return {bytes.substr(begin, end_of(lines_[i]) + 2 - begin), i + 1 - first};
 }
 
-void LineStore::set_line(std::size_t index, std::string text) {
+void LineStore::set_line(std::size_t index, std::string_view text) {
     require_index(index);
-    lines_[index] = keep_aside(std::move(text));
+    lines_[index] = keep_aside(text);
 }
 
 void LineStore::comment_out(std::size_t index) {
@@ -175,8 +171,8 @@ void LineStore::erase_lines(std::size_t first, std::size_t last) {
     lines_.erase(begin, lines_.begin() + static_cast<std::ptrdiff_t>(last) + 1);
 }
 
-void LineStore::append_line(std::string text) {
-    lines_.insert(lines_.end() - 1, keep_aside(std::move(text)));
+void LineStore::append_line(std::string_view text) {
+    lines_.insert(lines_.end() - 1, keep_aside(text));
 }
 
 } // namespace morvane

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "core/read_ahead.h"
+#include "core/text_arena.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -79,7 +79,7 @@ class LineStore {
     /// The lines from `first` on, `last` at most, that lie in the file just as they are written;
     /// none when line `first` does not, and none in a file that has other ends than CR LF.
     Run unchanged_run(std::size_t first, std::size_t last) const;
-    void set_line(std::size_t index, std::string text);
+    void set_line(std::size_t index, std::string_view text);
     /// Puts "; " in front of the line, which is otherwise left as it is.
     void comment_out(std::size_t index);
 
@@ -88,12 +88,12 @@ class LineStore {
     /// Removes lines first .. last. Throws SubscriptOutOfRange unless 1 <= first <= last <=
     /// count().
     void erase_lines(std::size_t first, std::size_t last);
-    void append_line(std::string text);
+    void append_line(std::string_view text);
 
   private:
     // Where a line lies: a stretch of the file's bytes, or a text kept aside. Packed into 64 bits,
     // because a set of a million lines has a million of them: the highest bit says "aside" with the
-    // number of the text below it; otherwise 40 bits of offset stand above 23 bits of length.
+    // name of the text below it; otherwise 40 bits of offset stand above 23 bits of length.
     // Longer lines are kept aside.
     using Place = std::uint64_t;
     static constexpr unsigned length_bits = 23;
@@ -108,7 +108,7 @@ class LineStore {
     // Begins with the `first` bytes; gives how many there were in the end.
     std::size_t split(const char* bytes, std::size_t first, const ReadMore& read_more);
     Place file_place(const char* bytes, const char* begin, const char* end);
-    Place keep_aside(std::string text);
+    Place keep_aside(std::string_view text);
     void require_index(std::size_t index) const {
         if (index < 1 || index > upper()) {
             refuse_index(index);
@@ -121,7 +121,7 @@ class LineStore {
     std::shared_ptr<const FileBytes> bytes_;
     bool only_crlf_ = true;    // no line of the file ends otherwise
     std::vector<Place> lines_; // [0] stands for element 0 and is not used, the last is the spare
-    std::deque<std::string> aside_;
+    TextArena aside_;
 };
 
 } // namespace morvane
