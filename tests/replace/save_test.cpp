@@ -65,6 +65,23 @@ TEST_F(SaveTest, RecordsOfOnePlaceAreWrittenInTableOrder) {
     EXPECT_THAT(saved_lines(), ElementsAre("1", "2", "a", "b", ""));
 }
 
+TEST_F(SaveTest, ABlockThatTheFileBreaksOffInLeavesACommentAtItsEnd) {
+    std::vector<std::string> model = make_model({MadeMaterial()});
+    model.resize(model.size() - 3); // up to the last triangle
+    open(model);
+    process(1, Kind::Windsock);
+    save();
+    const std::vector<std::string> saved = saved_lines();
+    EXPECT_EQ(saved.back(), "; ") << "the line after the last, which is empty otherwise";
+    model.end()[-2].insert(0, "; ");
+    model.back().insert(0, "; ");
+    std::size_t at = 0;
+    for (const std::string& line : saved) {
+        at += at < model.size() && line == model[at] ? 1 : 0;
+    }
+    EXPECT_EQ(at, model.size()) << "every loaded line is there, in its order";
+}
+
 TEST_F(SaveTest, RightAfterOpenThereIsNothingToSave) {
     open(make_model({MadeMaterial()}));
     const std::string before = folder.read("set_0.asm");
