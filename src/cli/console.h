@@ -14,7 +14,7 @@ class Console {
     ~Console(); // NOLINT(performance-trivially-destructible): it has work to do on Windows
 
   private:
-    unsigned code_page_before_ = 0;
+    [[maybe_unused]] unsigned code_page_before_ = 0; // only Windows has it
 };
 
 /// The words of the command line behind the program's name, in UTF-8 on every system.
