@@ -71,13 +71,20 @@ std::string shell_quoted(const std::string& text) {
     return result + "'";
 }
 
-std::string bash_script(const std::vector<Command>& commands) {
+// The pattern of a shell's case for the words that are commands, and not a command's arguments.
+std::string command_patterns(const std::vector<Command>& commands) {
     std::vector<std::string> paths;
-    std::string cases;
     for (const Command& command : commands) {
         if (!command.path.empty()) {
             paths.push_back(shell_quoted(command.path));
         }
+    }
+    return joined(paths, " | ");
+}
+
+std::string bash_script(const std::vector<Command>& commands) {
+    std::string cases;
+    for (const Command& command : commands) {
         auto options = names_of(command.options);
         if (!command.path.empty()) {
             const auto common = names_of(commands.front().options);
@@ -93,7 +100,7 @@ std::string bash_script(const std::vector<Command>& commands) {
            "        path=${command:+$command }${COMP_WORDS[i]}\n"
            "        case $path in\n"
            "        " +
-           joined(paths, " | ") +
+           command_patterns(commands) +
            ") command=$path ;;\n"
            "        esac\n"
            "    done\n"
@@ -115,6 +122,14 @@ std::string zsh_word(const std::string& word, const std::string& description) {
     return shell_quoted(word + ":" + description);
 }
 
+std::string zsh_options(const Command& command) {
+    std::string words;
+    for (const OptionWord& option : command.options) {
+        words += "\n                " + zsh_word(option.name, option.description);
+    }
+    return words;
+}
+
 std::string zsh_script(const std::vector<Command>& commands) {
     std::string cases;
     for (const Command& command : commands) {
@@ -131,18 +146,22 @@ std::string zsh_script(const std::vector<Command>& commands) {
                                   below.description);
             }
         }
-        cases += ")\n            options+=(";
-        for (const OptionWord& option : command.options) {
-            cases += "\n                " + zsh_word(option.name, option.description);
-        }
-        cases += ") ;;\n";
+        cases += ")\n            options+=(" + (command.path.empty() ? "" : zsh_options(command)) +
+                 ") ;;\n";
     }
     return "#compdef morvane-cli\n"
            "_morvane_cli() {\n"
-           "    local -a commands options\n"
-           "    local command= i\n"
+           "    local -a commands options=(" +
+           zsh_options(commands.front()) +
+           ")\n"
+           "    local command= typed i\n"
            "    for ((i = 2; i < CURRENT; i++)); do\n"
-           "        [[ $words[i] == -* ]] || command=\"${command:+$command }$words[i]\"\n"
+           "        typed=\"${command:+$command }$words[i]\"\n"
+           "        case $typed in\n"
+           "        " +
+           command_patterns(commands) +
+           ") command=$typed ;;\n"
+           "        esac\n"
            "    done\n"
            "    case $command in\n" +
            cases +

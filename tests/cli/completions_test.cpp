@@ -1,0 +1,150 @@
+// The completions, as the shells that they are for use them.
+
+#include "cli/program_run.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace morvane::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
+using Words = std::vector<std::string>;
+
+ProgramRun run(const std::string& commands) {
+    const TempFolder folder;
+    return run_commands(folder.path(), commands);
+}
+
+bool has_shell(const std::string& shell) {
+    return run("command -v " + shell + " >/dev/null\n").status == 0;
+}
+
+// The first word of each line, up to what describes it.
+Words first_words(const std::string& text, char end) {
+    std::istringstream lines(text);
+    Words words;
+    for (std::string line; std::getline(lines, line);) {
+        words.push_back(line.substr(0, line.find(end)));
+    }
+    return words;
+}
+
+/// What a shell offers for the last word of a line typed so far.
+struct Shell {
+    std::string name;
+    std::string commands; // with TYPED for the line
+    char end_of_word;
+
+    Words offer(const std::string& typed) const {
+        std::string text = commands;
+        for (std::size_t at = 0; (at = text.find("TYPED", at)) != std::string::npos;) {
+            text.replace(at, 5, typed);
+        }
+        const ProgramRun done = run(text);
+        EXPECT_EQ(done.status, 0) << name;
+        EXPECT_EQ(done.errors, "") << name;
+        return first_words(done.output, end_of_word);
+    }
+};
+
+// What the completion script itself is given by bash and zsh, and what it gives back, is played.
+const Shell bash{"bash",
+                 "morvane-cli --completions bash >script\n"
+                 "cat >play <<'END'\n"
+                 ". ./script\n"
+                 "typed='morvane-cli TYPED'\n"
+                 "read -ra COMP_WORDS <<<\"$typed\"\n"
+                 "[[ $typed == *' ' ]] && COMP_WORDS+=('')\n"
+                 "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
+                 "_morvane_cli\n"
+                 "[ ${#COMPREPLY[@]} -eq 0 ] || printf '%s\\n' \"${COMPREPLY[@]}\"\n"
+                 "END\n"
+                 "bash --norc play\n",
+                 '\n'};
+const Shell zsh{"zsh",
+                "morvane-cli --completions zsh >script\n"
+                "cat >play <<'END'\n"
+                "_describe() { print -rl -- ${(M)${(P)2}:#${PREFIX}*} }\n"
+                "_files() { print '(files)' }\n"
+                "typed='morvane-cli TYPED'\n"
+                "words=(${(s: :)typed})\n"
+                "[[ $typed == *' ' ]] && words+=('')\n"
+                "CURRENT=$#words\n"
+                "PREFIX=$words[CURRENT]\n"
+                ". ./script\n"
+                "END\n"
+                "zsh -f play\n",
+                ':'};
+const Shell fish{"fish",
+                 "morvane-cli --completions fish >script\n"
+                 "mkdir empty home\n"
+                 "cd empty\n"
+                 "HOME=$PWD/../home fish --no-config -c \""
+                 "source ../script; complete -C 'morvane-cli TYPED'\"\n",
+                 '\t'};
+
+class Completions : public ::testing::TestWithParam<const Shell*> {
+  protected:
+    void SetUp() override {
+        if (!has_shell(GetParam()->name)) {
+            GTEST_SKIP() << GetParam()->name << " is not installed";
+        }
+    }
+    Words offer(const std::string& typed) const { return GetParam()->offer(typed); }
+};
+
+TEST_P(Completions, OfferTheCommands) {
+    EXPECT_THAT(offer(""), IsSupersetOf({"inspect", "process", "backup", "restore", "compile",
+                                         "rename-labels", "assemble", "library", "bgl"}));
+    EXPECT_THAT(offer("re"), UnorderedElementsAre("rename-labels", "restore"));
+}
+
+TEST_P(Completions, OfferTheCommandsOfAGroup) {
+    EXPECT_THAT(offer("bgl "), IsSupersetOf({"analyse", "search", "universal", "revert"}));
+    EXPECT_THAT(offer("bgl "), Not(Contains("process")));
+    EXPECT_THAT(offer("library c"), ElementsAre("create"));
+}
+
+TEST_P(Completions, OfferTheOptionsOfTheCommandAndTheCommonOnes) {
+    EXPECT_THAT(offer("--v"), ElementsAre("--version"));
+    const Words options = offer("bgl analyse --");
+    EXPECT_THAT(options, IsSupersetOf({"--show-header", "--json", "--program-folder"}));
+    EXPECT_THAT(options, Not(Contains("--dry-run")));
+    EXPECT_THAT(options, Each(StartsWith("--")));
+}
+
+TEST_P(Completions, GoOnBehindTheCommandsArguments) {
+    EXPECT_THAT(offer("process hangar --dr"), ElementsAre("--dry-run"));
+    EXPECT_THAT(offer("process --recipe lights.toml --dr"), ElementsAre("--dry-run"));
+}
+
+TEST_P(Completions, OfferNoCommandWhereAFileIsMeant) {
+    const Words offered = offer("process ");
+    EXPECT_THAT(offered, Not(Contains("process")));
+    EXPECT_THAT(offered, Not(Contains("analyse")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Shells, Completions, ::testing::Values(&bash, &zsh, &fish),
+                         [](const auto& shell) { return shell.param->name; });
+
+TEST(CompletionsOption, RefusesAnotherShell) {
+    const ProgramRun done = run("morvane-cli --completions powershell\n");
+    EXPECT_EQ(done.status, 2);
+    EXPECT_EQ(done.output, "");
+    EXPECT_THAT(done.errors, ::testing::HasSubstr("powershell"));
+}
+
+} // namespace
+} // namespace morvane::test
