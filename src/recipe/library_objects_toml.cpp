@@ -180,16 +180,16 @@ void read_measures(const Reading& reading, bool design_found) {
 }
 
 void read_name(const Reading& reading) {
-    const TomlEntry* entry = reading.find("name");
-    if (entry == nullptr) {
-        entry = reading.find("design");
-    }
+    const TomlEntry* const given = reading.find("name");
+    const TomlEntry* const entry = given != nullptr ? given : reading.find("design");
+    // A design that is no text has been told of, and left no base.
     const std::optional<std::string> text =
-        entry == nullptr ? std::nullopt : text_value(*entry, reading.errors);
-    if (!text) {
+        given != nullptr ? text_value(*given, reading.errors)
+                         : std::optional(file_name_part(reading.object.line.base));
+    if (entry == nullptr || !text) {
         return;
     }
-    const std::string name = entry->key == "name" ? *text : file_name_part(*text);
+    const std::string& name = *text;
     if (!object_name_problem(name).empty()) {
         reading.refuse(*entry, "must not hold a double quote, which would end the name");
     }

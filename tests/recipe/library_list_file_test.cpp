@@ -108,6 +108,16 @@ TEST_F(LibraryListFile, ReadsWhatIsLeftOutFromTheDesign) {
     EXPECT_EQ(list.lines[1].base, "sub\\tower"); // as the list writes it
 }
 
+TEST_F(LibraryListFile, TakesADesignOfAnotherFolder) {
+    folder_.write("elsewhere/shed.asm", "    SCALE_AGL x,0,12,65536,0,0,0,0,0,0\r\n");
+    folder_.write("elsewhere/shed_0.asm", "; code\r\n");
+    const std::string design = folder_.file("elsewhere/shed");
+    const LibraryList list = good("[[object]]\ndesign = \"" + design + "\"\nguid = \"1,2,3,4\"\n");
+    ASSERT_EQ(list.lines.size(), 1U);
+    EXPECT_EQ(list.lines[0].base, design);
+    EXPECT_EQ(list.lines[0].location, design);
+}
+
 TEST_F(LibraryListFile, NeedsNothingOfTheDesignWhenAllIsGiven) {
     const LibraryList list =
         good("[[object]]\ndesign = \"plain\"\nguid = \"1,2,3,4\"\nscale = 2\nsize = 7.5\n");
@@ -161,6 +171,8 @@ TEST_F(LibraryListFile, RefusesAMissingDesign) {
                             "         ^"));
     EXPECT_THAT(read("[[object]]\ndesign = \"hangar.asm\"\nguid = \"1,2,3,4\"\n").errors,
                 ElementsAre(HasSubstr("(the path is written without its ending)")));
+    EXPECT_THAT(read("[[object]]\ndesign = 5\nguid = \"1,2,3,4\"\n").errors,
+                ElementsAre(HasSubstr("line 2: \"design\" must be text")));
     EXPECT_THAT(read("[[object]]\ndesign = \"\"\nguid = \"1,2,3,4\"\n").errors,
                 ElementsAre(HasSubstr("names no design")));
 }
