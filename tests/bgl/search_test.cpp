@@ -2,6 +2,7 @@
 #include "bgl_files.h"
 #include "core/errors.h"
 #include "core/paths.h"
+#include "support/faulty_disk.h"
 #include "support/links.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
@@ -223,6 +224,59 @@ TEST_F(Search, AFolderThatCannotBeReadIsPassedOver) {
         EXPECT_EQ(result.statistics.object_files, 1);
         EXPECT_THAT(reporter.messages, ElementsAre(HasSubstr(folder.file("locked"))));
     }
+}
+
+// A disk some of which cannot be read, whoever asks.
+class DamagedDisk final : public test::FaultyDisk {
+  public:
+    std::vector<FolderEntry> list_folder(const std::string& path) override {
+        return path.ends_with("locked") ? throw RuntimeError(ErrorNumber::PermissionDenied, path)
+                                        : FaultyDisk::list_folder(path);
+    }
+    std::unique_ptr<ReadableFile> open_for_reading(const std::string& path) override {
+        return path.ends_with("broken.bgl") ? throw RuntimeError(ErrorNumber::DeviceIo, path)
+                                            : FaultyDisk::open_for_reading(path);
+    }
+};
+
+TEST_F(Search, GoesOnBehindWhatCannotBeRead) {
+    folder.write("broken.bgl", test::object_file());
+    folder.write("locked/a.bgl", test::object_file());
+    folder.write("open/b.bgl", test::object_file());
+    DamagedDisk damaged;
+    Inspector other{{damaged, reporter}, home.path()};
+    const SearchResult result = search_folder(other, folder.path(), true, found);
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.statistics.folders, 3);
+    EXPECT_EQ(result.statistics.bgl_files, 2);
+    EXPECT_EQ(result.statistics.object_files, 1);
+    EXPECT_EQ(result.statistics.invalid_files, 1);
+    EXPECT_THAT(reporter.messages,
+                ElementsAre("Note: Folders that could not be read and were passed over: 1, the "
+                            "first is " +
+                            folder.file("locked") + "."));
+}
+
+TEST_F(Search, ItCanBeStoppedAmongTheFilesOfOneFolder) {
+    for (int i = 0; i < 100; ++i) {
+        folder.write("lib" + std::to_string(i) + ".bgl", test::object_file());
+    }
+    // Stops at the second question about files, which comes before the 65th.
+    class Impatient final : public Reporter {
+      public:
+        void add_message(std::string_view) override {}
+        void clear_messages() override {}
+        void message_box(std::string_view, Icon) override {}
+        bool ask(std::string_view, Icon, std::string_view) override { return false; }
+        bool progress(std::string_view what, std::size_t, std::size_t) override {
+            return what != "Searching folders" || questions++ == 0;
+        }
+        int questions = 0;
+    } impatient;
+    Inspector other{{*disk, impatient}, home.path()};
+    const SearchResult result = search_folder(other, folder.path(), true, found);
+    EXPECT_FALSE(result.done);
+    EXPECT_EQ(result.statistics.object_files, 64);
 }
 
 TEST_F(Search, AMissingFolderIsAnError) {

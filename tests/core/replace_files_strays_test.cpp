@@ -44,6 +44,12 @@ TEST_F(ReplaceFilesStraysTest, BothStraysAreGoneAfterTheNextRun) {
     EXPECT_THAT(folder.names(), ElementsAre("a.asm"));
 }
 
+TEST_F(ReplaceFilesStraysTest, NothingOfAStrayIsKeptInAnEmptyFile) {
+    folder.write("a.asm.morvane-tmp", "unfinished");
+    replace("");
+    EXPECT_EQ(folder.read("a.asm"), "");
+}
+
 TEST_F(ReplaceFilesStraysTest, AStrayThatCannotBeRemovedIsInNobodysWay) {
     std::filesystem::create_directory(folder.file("a.asm.morvane-old"));
     replace("new");

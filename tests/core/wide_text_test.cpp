@@ -38,6 +38,18 @@ TEST(WideText, EveryPairSurvivesTheWayThereAndBack) {
     }
 }
 
+TEST(WideText, NoTwoUnitsButAPairAreTakenForOne) {
+    const std::initializer_list<int> some{0xD7FF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000};
+    for (const int first : some) {
+        for (const int second : some) {
+            const bool pair =
+                first >= 0xD800 && first <= 0xDBFF && second >= 0xDC00 && second <= 0xDFFF;
+            EXPECT_EQ(narrow_text(units({first, second})).size(), pair ? 4U : 6U)
+                << first << " " << second;
+        }
+    }
+}
+
 TEST(WideText, WhatIsNotUtf8IsTakenForWindows1252) {
     EXPECT_EQ(wide_text("\xFC"
                         "ber"),

@@ -61,5 +61,31 @@ TEST(Windows1252, TextThatIsNoUtf8IsFoundOut) {
     EXPECT_EQ(valid_utf8_length("\xF0\x9F\x9B\xA9"), 4U);
 }
 
+// UTF-8 written down plainly, by the table of its bits.
+std::string utf8_of(std::uint32_t character) {
+    const auto byte = [](std::uint32_t value) { return static_cast<char>(value); };
+    const auto tail = [&](unsigned shift) { return byte(0x80U | (character >> shift & 0x3FU)); };
+    if (character < 0x80) {
+        return {byte(character)};
+    }
+    if (character < 0x800) {
+        return {byte(0xC0U | character >> 6U), tail(0)};
+    }
+    if (character < 0x10000) {
+        return {byte(0xE0U | character >> 12U), tail(6), tail(0)};
+    }
+    return {byte(0xF0U | character >> 18U), tail(12), tail(6), tail(0)};
+}
+
+TEST(Windows1252, EveryCharacterOfUtf8IsWellFormedAndNothingElse) {
+    std::size_t wrong = 0;
+    for (std::uint32_t character = 1; character <= 0x110FFF; ++character) {
+        const std::string text = utf8_of(character);
+        const bool proper = character <= 0x10FFFF && (character < 0xD800 || character > 0xDFFF);
+        wrong += valid_utf8_length(text) == (proper ? text.size() : 0) ? 0 : 1;
+    }
+    EXPECT_EQ(wrong, 0U);
+}
+
 } // namespace
 } // namespace morvane

@@ -185,6 +185,7 @@ TEST(ReadRecipe, RefusesWrongTypes) {
     EXPECT_THAT(error_in("Lights", "material = 0"), HasSubstr("from 1 to 300"));
     EXPECT_THAT(error_in("Lights", "material = 1.0"), HasSubstr("from 1 to 300"));
     EXPECT_THAT(error_in("Lights", "highlight = [\"Red\"]"), HasSubstr("must be text"));
+    EXPECT_THAT(error_in("Lights", "color = 123456"), HasSubstr("\"color\" must be text"));
 }
 
 TEST(ReadRecipe, RefusesWhatTheDialogsRefuse) {

@@ -52,6 +52,14 @@ TEST(WriteRecipe, WritesTheEffectWhateverTheListsFirstLineIs) {
     EXPECT_THAT(write_recipe({{effects}, ""}), ::testing::HasSubstr("lstEffectType   = \"\"\n"));
 }
 
+TEST(WriteRecipe, WritesControlCharactersAsTomlWantsThem) {
+    Assignment effects;
+    effects.kind = Kind::Effects;
+    effects.parameters.effects.lstEffectType = "a\x01\x1F\x7F\"\\";
+    EXPECT_THAT(write_recipe({{effects}, ""}),
+                ::testing::HasSubstr("lstEffectType   = \"a\\u0001\\u001F\\u007F\\\"\\\\\"\n"));
+}
+
 class RandomRecipes {
   public:
     explicit RandomRecipes(unsigned seed) : random_(seed) {}

@@ -71,6 +71,7 @@ TEST_F(ModelHeaderTest, ALastLineWithoutPartnerIsToldOf) {
 TEST_F(ModelHeaderTest, AFrameWithoutDictionaryHasNoRows) {
     EXPECT_TRUE(load({"x", "y"}).empty());
     EXPECT_TRUE(reporter.boxes.empty());
+    EXPECT_EQ(dictionary_size({}), 0);
 }
 
 TEST_F(ModelHeaderTest, AtMost300LinesAreRead) {

@@ -92,6 +92,16 @@ TEST_F(WindsockTest, TheThirdVertexNumberIsReadInTheShapeOfAnExport) {
     EXPECT_EQ(new_code().front().rfind("    KZM_WINDSOCK 0.0, 0.0, 0.0, 10.0, 3.0, ", 0), 0U);
 }
 
+TEST_F(WindsockTest, ATriangleBeyondAllHeightsHasNoLowestVertex) {
+    open_triangle("0,99999.999,0", "5,99999.999,0", "0,100000,0");
+    EXPECT_FALSE(process(1, Kind::Windsock).processed);
+    ASSERT_EQ(reporter.boxes.size(), 1U);
+    EXPECT_NE(reporter.boxes[0].text.find("9 "), std::string::npos) << reporter.boxes[0].text;
+    EXPECT_TRUE(set.records.empty());
+    open_triangle("0,99999.998,0", "5,100001,0", "0,100001,0");
+    EXPECT_TRUE(process(1, Kind::Windsock).processed);
+}
+
 TEST_F(WindsockTest, AVertexThatIsNoNumberIsATypeMismatch) {
     open_triangle("0,0,0", "1,high,5", "4,12,5");
     const std::vector<std::string> before = lines(set.model);

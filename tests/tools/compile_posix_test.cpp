@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
@@ -125,6 +126,47 @@ TEST_F(Compile, AProgramThatCannotBeStartedIsReported) {
     EXPECT_EQ(run(), Outcome::Failed);
     EXPECT_EQ(reporter.boxes, (std::vector<RecordingReporter::Box>{
                                   {"Run-time error '53': File not found", Icon::None}}));
+}
+
+TEST_F(Compile, AProgramThatIsNoneIsReported) {
+    const std::string path = folder.write("bglc", "no program at all");
+    fs::permissions(path, fs::perms::owner_all);
+    // A file that the system cannot execute.
+    EXPECT_EQ(run(), Outcome::Failed);
+    EXPECT_EQ(reporter.boxes, (std::vector<RecordingReporter::Box>{
+                                  {"Run-time error '75': Path/File access error", Icon::None}}));
+}
+
+TEST_F(Compile, AProgramThatMayNotBeExecutedIsReported) {
+    const std::string path = folder.write("bglc", "#!/bin/sh\n");
+    try {
+        launcher->run({{path}}, [](std::string_view) {});
+        FAIL() << "it was started";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.code(), ErrorNumber::PermissionDenied);
+        EXPECT_EQ(error.about(), path);
+    }
+}
+
+TEST_F(Compile, AResultsFileThatCannotBeWrittenIsToldBeforeTheStart) {
+    stand_in("bglc", "touch " + folder.file("started") + "\n");
+    job.program_folder = home.file("gone");
+    EXPECT_EQ(start_compile(services, *launcher, job), nullptr);
+    ASSERT_EQ(reporter.boxes.size(), 1U);
+    EXPECT_EQ(reporter.boxes[0].text, "Run-time error '53': File not found");
+    EXPECT_FALSE(folder.has("started"));
+}
+
+TEST_F(Compile, AProgramIsLookedForInTheFoldersOfThePath) {
+    const std::string before = std::getenv("PATH");
+    const std::string program = stand_in("stand-in", "");
+    folder.write("home/stand-in", "may not be executed");
+    ::setenv("PATH", ("relative::" + folder.file("home") + ":" + folder.path()).c_str(), 1);
+    EXPECT_EQ(launcher->find_on_path("stand-in"), program);
+    EXPECT_EQ(launcher->find_on_path("nowhere"), "");
+    ::unsetenv("PATH");
+    EXPECT_EQ(launcher->find_on_path("stand-in"), "");
+    ::setenv("PATH", before.c_str(), 1);
 }
 
 TEST_F(Compile, MuchOutputArrivesWhole) {

@@ -105,6 +105,16 @@ TEST_F(Settings, AMissingEffectListIsCreatedWithTheStockNames) {
     EXPECT_EQ(folder.read("fx_list.txt"), crlf(stock));
 }
 
+TEST_F(Settings, AnUnreadableEffectListGivesTheStockNamesAndIsLeftAlone) {
+    folder.write("fx_list.txt", "fx_own\r\n");
+    disk.fail_at(1, ErrorNumber::PermissionDenied);
+    EXPECT_EQ(read_effect_names(services, folder.path()).at(0), "fx_beacon");
+    ASSERT_EQ(reporter.messages.size(), 1U);
+    EXPECT_TRUE(reporter.messages[0].starts_with("Note: " + folder.file("fx_list.txt")))
+        << reporter.messages[0];
+    EXPECT_EQ(folder.read("fx_list.txt"), "fx_own\r\n");
+}
+
 TEST_F(Settings, AFolderThatCannotBeWrittenToStillGivesDefaults) {
     disk.fail_at(1, ErrorNumber::PermissionDenied);
     EXPECT_EQ(read_aircraft_paths(services, folder.path()), AircraftPaths{});
