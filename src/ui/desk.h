@@ -10,6 +10,7 @@ class Dialogs;
 class Disk;
 class Launcher;
 class MessageLog;
+class ResultsViewer;
 
 /// What all windows of the program share.
 struct Desk {
@@ -19,6 +20,7 @@ struct Desk {
     MessageLog& log;
     std::string program_folder; // settings, scratch and report files lie here
     FormActivation activation{};
+    ResultsViewer* viewer = nullptr; // null: the window's own is used
 };
 
 } // namespace morvane

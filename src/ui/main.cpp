@@ -1,6 +1,8 @@
 #include "core/disk.h"
 #include "core/errors.h"
 #include "tools/launch.h"
+#include "tools/program_places.h"
+#include "tools/results_viewer.h"
 #include "ui/appearance.h"
 #include "ui/desk.h"
 #include "ui/dialogs.h"
@@ -33,10 +35,10 @@ CommandLine read_command_line(const QApplication& application) {
     parser.addOption(folder);
     parser.addPositionalArgument(
         QStringLiteral("PATH"),
-        QApplication::tr("A source set to open: its base path or one of its files."),
+        QApplication::tr("A source set to open: its base path, one of its files, or its recipe."),
         QStringLiteral("[PATH]"));
     parser.process(application);
-    return {parser.value(folder).toStdString(), parser.positionalArguments().value(0)};
+    return {morvane::path_bytes(parser.value(folder)), parser.positionalArguments().value(0)};
 }
 
 int run(const QApplication& application) {
@@ -45,8 +47,11 @@ int run(const QApplication& application) {
     const auto launcher = morvane::make_system_launcher();
     morvane::SystemDialogs dialogs;
     morvane::MessageLog log;
+    const auto viewer = morvane::make_system_viewer();
+    const auto places = morvane::program_places(line.program_folder);
     morvane::Desk desk{*disk, dialogs, *launcher, log,
-                       morvane::program_folder_of_run(*disk, line.program_folder)};
+                       morvane::resolve_program_folder(*disk, places)};
+    desk.viewer = viewer.get();
     morvane::Form1 window(desk);
     window.show();
     if (!line.path.isEmpty()) {

@@ -1,14 +1,12 @@
 #include "ui/program.h"
 
 #include "core/version.h"
-#include "tools/program_folder.h"
 #include "ui/appearance.h"
 #include "ui/qt_text.h"
 
 #include <QApplication>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QStandardPaths>
 
 namespace morvane {
 
@@ -23,14 +21,6 @@ void prepare_application(QApplication& application) {
     }
     application.setWindowIcon(icon);
     use_roomy_style();
-}
-
-std::string program_folder_of_run(Disk& disk, const std::string& option) {
-    const std::string data_home =
-        path_bytes(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
-    return resolve_program_folder(disk, {option, path_bytes(qEnvironmentVariable("MORVANE_HOME")),
-                                         path_bytes(QApplication::applicationDirPath()),
-                                         user_data_folder(data_home, {})});
 }
 
 } // namespace morvane

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/launch.h"
+#include "tools/results_viewer.h"
 #include "ui/tool_form.h"
 
 #include <memory>
@@ -12,17 +12,17 @@ class QTimer;
 
 namespace morvane {
 
-/// Shows a text file: the results of a search, or a compiler's output as it grows.
-class TextViewer : public ToolForm {
+/// The window's own viewer: shows the results of a search, or a compiler's output as it grows.
+class TextViewer : public ToolForm, public ResultsViewer {
     Q_OBJECT
 
   public:
     TextViewer(Desk& desk, WindowState& state);
     ~TextViewer() override;
 
-    void show_file(const std::string& path);
+    void show_file(const std::string& path) override;
     /// Shows the file again and again until the program that writes it has ended.
-    void follow(const std::string& path, std::unique_ptr<RunningProgram> program);
+    void follow(const std::string& path, std::unique_ptr<RunningProgram> program) override;
 
   private:
     void read_again();

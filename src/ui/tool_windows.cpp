@@ -50,7 +50,10 @@ void ToolWindows::show_compiler() {
     compiler_->bring_up();
 }
 
-TextViewer& ToolWindows::viewer() {
+ResultsViewer& ToolWindows::viewer() {
+    if (desk_.viewer != nullptr) {
+        return *desk_.viewer;
+    }
     if (!viewer_) {
         viewer_ = std::make_unique<TextViewer>(desk_, state_);
     }

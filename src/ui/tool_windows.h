@@ -10,6 +10,7 @@
 namespace morvane {
 
 class LibView;
+class ResultsViewer;
 class TextViewer;
 class WindowState;
 class frmLabelRename;
@@ -33,7 +34,7 @@ class ToolWindows {
 
     /// The library browser if it has been made yet.
     LibView* library() { return library_.get(); }
-    TextViewer& viewer();
+    ResultsViewer& viewer();
 
     /// Closes all of them; false when one refuses.
     bool close_all();

@@ -1,5 +1,6 @@
 // Backup, restore, compile, settings, and leaving the window.
 
+#include "tools/results_viewer.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
 
@@ -27,6 +28,7 @@ class FilesTest : public QObject {
     void missingCompilerIsTold();
     void compilerOutputIsShown();
     void searchResultsAreShownOnce();
+    void theSystemsViewerIsUsedWhereThereIsOne();
     void colorsAreRemembered();
 };
 
@@ -37,11 +39,27 @@ void process_first(Rig& rig) {
     click(*rig.form, "Command1");
 }
 
-void write_compiler(const QString& base, const std::string& script) {
-    const auto path = std::filesystem::path(base.toStdString()).parent_path() / "bglc";
-    write_file(path.string(), "#!/bin/sh\n" + script);
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+// A stand-in for the compiler: says what it works on, takes its time, and ends with status 3.
+void write_compiler(const QString& base) {
+    const auto folder = std::filesystem::path(base.toStdString()).parent_path();
+#ifdef Q_OS_WIN
+    write_file((folder / "bglc.bat").string(),
+               "@echo compiling %2\r\n@ping -n 2 127.0.0.1 >nul\r\n@echo finished\r\n@exit 3\r\n");
+#else
+    write_file((folder / "bglc").string(),
+               "#!/bin/sh\necho compiling $2\nsleep 0.3\necho finished\nexit 3\n");
+    std::filesystem::permissions(folder / "bglc", std::filesystem::perms::owner_all);
+#endif
 }
+
+class RecordingViewer : public ResultsViewer {
+  public:
+    void show_file(const std::string& path) override { shown.push_back(path); }
+    void follow(const std::string& path, std::unique_ptr<RunningProgram> /*program*/) override {
+        shown.push_back("follow " + path);
+    }
+    std::vector<std::string> shown;
+};
 
 } // namespace
 
@@ -168,7 +186,7 @@ void FilesTest::missingCompilerIsTold() {
 void FilesTest::compilerOutputIsShown() {
     Rig rig;
     const QString base = rig.copy_example("airport");
-    write_compiler(base, "echo compiling $2\nsleep 0.3\necho finished\nexit 3\n");
+    write_compiler(base);
     type(*rig.form, "InputFile", base);
     click(*rig.form, "Command12");
     QWidget& viewer = rig.window("TextViewer");
@@ -194,6 +212,23 @@ void FilesTest::searchResultsAreShownOnce() {
                 .startsWith(QStringLiteral("found it")));
     click(dialog, "Command2"); // comes back to the same window
     QCOMPARE(&rig.window("TextViewer"), &viewer);
+}
+
+void FilesTest::theSystemsViewerIsUsedWhereThereIsOne() {
+    Rig rig;
+    RecordingViewer viewer;
+    rig.desk.viewer = &viewer;
+    const QString base = rig.copy_example("airport");
+    write_compiler(base);
+    type(*rig.form, "InputFile", base);
+    click(*rig.form, "Command12");
+    choose(*rig.form, "typeOfObj", QStringLiteral("Library"));
+    click(rig.parameters(), "Command2");
+    QCOMPARE(viewer.shown, (std::vector<std::string>{"follow " + rig.settings.file("comp.txt"),
+                                                     rig.settings.file("out.txt")}));
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        QVERIFY(!widget->isVisible() || widget->objectName() != QLatin1String("TextViewer"));
+    }
 }
 
 void FilesTest::colorsAreRemembered() {
