@@ -2,6 +2,7 @@
 
 #include "ui/hourglass.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -72,13 +73,13 @@ Unsaved SystemDialogs::ask_unsaved(QWidget* parent, const QString& text) {
 QString SystemDialogs::open_file(QWidget* parent, const QString& title, const QString& folder,
                                  const QString& filter) {
     const PointerPause pause;
-    return QFileDialog::getOpenFileName(parent, title, folder, filter);
+    return QDir::toNativeSeparators(QFileDialog::getOpenFileName(parent, title, folder, filter));
 }
 
 QString SystemDialogs::save_file(QWidget* parent, const QString& title, const QString& path,
                                  const QString& filter) {
     const PointerPause pause;
-    return QFileDialog::getSaveFileName(parent, title, path, filter);
+    return QDir::toNativeSeparators(QFileDialog::getSaveFileName(parent, title, path, filter));
 }
 
 } // namespace morvane

@@ -88,7 +88,7 @@ void Form1::connect_menus() {
     on_choice(ui_->actionNext, &Form1::select_next_unprocessed);
     on_choice(ui_->actionParameters, &Form1::show_parameters);
     on_choice(ui_->actionProcess, &Form1::process);
-    on_choice(ui_->actionApplyRecipe, &Form1::apply_recipe_file);
+    on_choice(ui_->actionApplyRecipe, &Form1::choose_recipe);
     on_choice(ui_->actionSaveRecipe, &Form1::save_recipe_file);
     on_choice(ui_->actionAbout, &Form1::show_about);
     connect(ui_->actionExit, &QAction::triggered, this, &QWidget::close);

@@ -36,9 +36,10 @@ class Form1 : public QMainWindow {
     explicit Form1(Desk& desk, QWidget* parent = nullptr);
     ~Form1() override;
 
-    /// Puts a base path into the input box and opens the set.
-    void open_base(const QString& base);
-    /// The same for one of the set's files, or a base path.
+    /// Puts a base path into the input box and opens the set; false when it stays closed.
+    bool open_base(const QString& base);
+    /// The same for a base path, one of the set's files, or the recipe beside them, which is then
+    /// applied.
     void open_file(const QString& path);
 
   protected:
@@ -65,7 +66,8 @@ class Form1 : public QMainWindow {
 
     // form1_set.cpp
     void browse();
-    void open();
+    void open() { open_set(); }
+    bool open_set();
     void show_opened_set();
     void show_selection();
     void save();
@@ -85,7 +87,8 @@ class Form1 : public QMainWindow {
     void select_next_unprocessed();
 
     // form1_recipes.cpp
-    void apply_recipe_file();
+    void choose_recipe();
+    void apply_recipe_file(const QString& path);
     void carry_out(const Recipe& recipe, const RecipePlan& plan);
     void save_recipe_file();
     void show_errors(const std::vector<std::string>& errors);

@@ -30,16 +30,19 @@ const Assignment& assignment_of(const Recipe& recipe, const RecipePlan& plan, st
 
 } // namespace
 
-void Form1::apply_recipe_file() {
+void Form1::choose_recipe() {
     if (!set_.opened) {
         desk_.dialogs.show_box(this, tr("Open a source set first."), Icon::Exclamation);
         return;
     }
     const QString path =
         desk_.dialogs.open_file(this, tr("Apply recipe"), output_folder(), recipe_filter());
-    if (path.isEmpty()) {
-        return;
+    if (!path.isEmpty()) {
+        apply_recipe_file(path);
     }
+}
+
+void Form1::apply_recipe_file(const QString& path) {
     const Hourglass hourglass;
     const std::string first_effect = effects_.empty() ? std::string() : effects_.front();
     const RecipeReading reading = read_recipe(desk_.disk, path_bytes(path), first_effect);

@@ -11,6 +11,7 @@
 #include "ui/qt_text.h"
 #include "ui/ui_form1.h"
 
+#include <QDir>
 #include <QDragEnterEvent>
 #include <QMimeData>
 
@@ -29,7 +30,9 @@ QString base_of_file(const QString& path) {
 }
 
 QString base_of_dropped(const QMimeData& data) {
-    return data.urls().size() == 1 ? base_of_file(data.urls().front().toLocalFile()) : QString();
+    return data.urls().size() == 1
+               ? QDir::toNativeSeparators(base_of_file(data.urls().front().toLocalFile()))
+               : QString();
 }
 
 } // namespace
@@ -44,18 +47,25 @@ void Form1::browse() {
 }
 
 void Form1::open_file(const QString& path) {
+    const QLatin1String recipe(".toml");
+    if (path.endsWith(recipe, Qt::CaseInsensitive)) {
+        if (open_base(path.chopped(recipe.size()))) {
+            apply_recipe_file(path);
+        }
+        return;
+    }
     const QString base = base_of_file(path);
     open_base(base.isEmpty() ? path : base);
 }
 
-void Form1::open_base(const QString& base) {
+bool Form1::open_base(const QString& base) {
     ui_->InputFile->setText(base);
-    open();
+    return open_set();
 }
 
-void Form1::open() {
+bool Form1::open_set() {
     if (!may_leave_set()) {
-        return;
+        return false;
     }
     const Hourglass hourglass;
     const std::string base = path_bytes(ui_->InputFile->text());
@@ -67,6 +77,7 @@ void Form1::open() {
     if (opened || !set_.opened) { // else the files are missing and the set that was open stays
         show_opened_set();
     }
+    return opened;
 }
 
 void Form1::show_opened_set() {

@@ -18,6 +18,7 @@ class ProcessTest : public QObject {
     void wholeSessionEqualsTheCommandLine();
     void savedRecipeMakesTheSameAgain();
     void appliedRecipeEqualsTheCommandLine();
+    void openedRecipeIsAppliedToItsSet();
     void recipeErrorsChangeNothing();
     void recipeNeedsAnOpenSet();
     void countersMarkersAndLabelFollow();
@@ -206,6 +207,19 @@ void ProcessTest::appliedRecipeEqualsTheCommandLine() {
                      {QStringLiteral("process"), other_base, other_base + QStringLiteral(".toml")}),
              0);
     compare_sets(base, other_base);
+}
+
+void ProcessTest::openedRecipeIsAppliedToItsSet() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    rig.form->open_file(base + QStringLiteral(".toml"));
+    QVERIFY2(rig.dialogs.boxes.empty(), qPrintable(rig.dialogs.take_box()));
+    QCOMPARE(text_of(*rig.form, "InputFile"), base);
+    QVERIFY(is_done(rig, "Label10"));
+    const std::string alone = rig.folder.write("alone.toml", "");
+    rig.dialogs.unsaved = Unsaved::Discard;
+    rig.form->open_file(QString::fromStdString(alone));
+    QVERIFY(rig.dialogs.take_box().contains(QStringLiteral("alone")));
 }
 
 void ProcessTest::recipeErrorsChangeNothing() {
