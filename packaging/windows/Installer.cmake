@@ -7,6 +7,8 @@ set(CPACK_NSIS_INSTALL_ROOT "$PROGRAMFILES64")
 set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
 set(CPACK_NSIS_UNINSTALL_NAME uninstall)
 set(CPACK_NSIS_MODIFY_PATH OFF)
+set(CPACK_NSIS_MUI_ICON ${CMAKE_CURRENT_LIST_DIR}/morvane.ico)
+set(CPACK_NSIS_MUI_UNIICON ${CMAKE_CURRENT_LIST_DIR}/morvane.ico)
 set(CPACK_NSIS_COMPRESSOR "/SOLID lzma")
 # As 64-bit a program as those it brings; a Wine without 32 bits runs it too.
 set(CPACK_NSIS_DEFINES "Target amd64-unicode")
