@@ -274,6 +274,11 @@ void AccessTest::questionsAreAnswered() {
 }
 
 void AccessTest::aLongLogIsNoBurden() {
+#ifdef Q_OS_WIN
+    constexpr int patience_ms = 30000; // drawing goes through Wine
+#else
+    constexpr int patience_ms = 5000;
+#endif
     QElapsedTimer watch;
     watch.start();
     for (int i = 0; i < 100000; ++i) {
@@ -284,7 +289,7 @@ void AccessTest::aLongLogIsNoBurden() {
         rig_->log.add(QStringLiteral("one more"));
         QCoreApplication::processEvents();
     }
-    QVERIFY2(watch.elapsed() < 5000, qPrintable(QString::number(watch.elapsed())));
+    QVERIFY2(watch.elapsed() < patience_ms, qPrintable(QString::number(watch.elapsed())));
     const auto& view = control<QPlainTextEdit>(*rig_->form, "MsgText");
     QCOMPARE(view.document()->blockCount(), 100100);
     QCOMPARE(view.document()->firstBlock().text(), QStringLiteral("one more"));

@@ -198,7 +198,7 @@ void CompilerTest::libraryEqualsTheCommandLine() {
                  .arg(out));
     const std::string made = rig.folder.read("lib.asm");
     const auto object = [](const QString& base, const char* guid) {
-        return "[[object]]\ndesign = \"" + base.toStdString() + "\"\nguid = \"" + guid + "\"\n";
+        return "[[object]]\ndesign = '" + base.toStdString() + "'\nguid = \"" + guid + "\"\n";
     };
     const std::string file =
         rig.folder.write("list.toml", object(tower, "1,2,3,4") + object(hangar, "5,6,7,8"));

@@ -4,6 +4,7 @@
 #include "ui/registry.h"
 
 #include <QApplication>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <cstdio>
@@ -17,6 +18,36 @@ std::map<std::string, MakeTest>& registry() {
 
 } // namespace morvane::test
 
+namespace {
+
+#ifdef Q_OS_WIN
+// The test library talks to the debugger there unless it is given a file.
+class Report {
+  public:
+    Report() { file_.open(); }
+    Report(const Report&) = delete;
+    Report& operator=(const Report&) = delete;
+    ~Report() { std::fputs(file_.readAll().constData(), stdout); }
+    QStringList options() const {
+        return {QStringLiteral("-o"), file_.fileName() + QStringLiteral(",txt")};
+    }
+
+  private:
+    QTemporaryFile file_;
+};
+
+QStringList reporting() {
+    static Report report; // until the very end: a failed check may leave at once
+    return report.options();
+}
+#else
+QStringList reporting() {
+    return {};
+}
+#endif
+
+} // namespace
+
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     morvane::prepare_application(application);
@@ -28,6 +59,7 @@ int main(int argc, char** argv) {
         }
         return 2;
     }
-    argv[1] = argv[0];
-    return QTest::qExec(found->second().get(), argc - 1, argv + 1);
+    QStringList arguments = QApplication::arguments() + reporting();
+    arguments.removeAt(1);
+    return QTest::qExec(found->second().get(), arguments);
 }
