@@ -8,13 +8,19 @@
 #include <QGuiApplication>
 #include <QIcon>
 
+// The linker leaves the icons of a static library out unless they are asked for. Outside of any
+// namespace, as the macro wants it.
+static void load_icons() {
+    Q_INIT_RESOURCE(morvane);
+}
+
 namespace morvane {
 
 void prepare_application(QApplication& application) {
     QApplication::setApplicationName(QStringLiteral("morvane"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Morvane"));
     QApplication::setApplicationVersion(shown_text(version_caption));
     QGuiApplication::setDesktopFileName(QStringLiteral("morvane"));
+    load_icons();
     QIcon icon;
     for (const int side : {16, 32, 48, 128}) {
         icon.addFile(QStringLiteral(":/icons/morvane-%1.png").arg(side), QSize(side, side));

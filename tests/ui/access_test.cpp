@@ -36,6 +36,7 @@ class AccessTest : public QObject {
     void everyButtonHasAToolTipOrCaption();
     void boxesLookAsTheyShould();
     void questionsAreAnswered();
+    void theProgramHasItsIcon();
     void aLongLogIsNoBurden();
 
   private:
@@ -270,6 +271,12 @@ void AccessTest::questionsAreAnswered() {
     for (const auto& [button, answer] : answers) {
         BoxWatch watch(button);
         QVERIFY(dialogs.ask_unsaved(rig_->form.get(), QStringLiteral("Save?")) == answer);
+    }
+}
+
+void AccessTest::theProgramHasItsIcon() {
+    for (const int side : {16, 32, 48, 128}) {
+        QCOMPARE(QApplication::windowIcon().pixmap(side).size(), QSize(side, side));
     }
 }
 
