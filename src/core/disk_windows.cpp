@@ -59,7 +59,7 @@ ErrorNumber error_number(DWORD code) {
 
 // Names of more than 259 characters are understood only as full names behind this prefix.
 std::wstring system_name(const std::string& path) {
-    const std::wstring name = wide_text(path);
+    std::wstring name = wide_text(path);
     const DWORD needed = GetFullPathNameW(name.c_str(), 0, nullptr, nullptr);
     if (needed < MAX_PATH - 12 || name.starts_with(L"\\\\?\\") || name.starts_with(L"\\\\.\\")) {
         return name;
@@ -152,7 +152,7 @@ DWORD done_patiently(Action action) {
         if (code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED) {
             break;
         }
-        Sleep(static_cast<DWORD>(5U << static_cast<unsigned>(i))); // 1.3 s in all
+        Sleep(DWORD{5} << static_cast<unsigned>(i)); // 1.3 s in all
     }
     return code;
 }
