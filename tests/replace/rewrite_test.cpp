@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace morvane::test {
 namespace {
 
@@ -71,6 +73,22 @@ TEST_F(RewriteTest, CommentsKeepTheOldTextWithItsBlanks) {
     EXPECT_EQ(set.model.line(opening + 1), ";     DRAW_TRI 0, 1, 2 ; poly=0 part=0");
     EXPECT_EQ(set.model.line(opening + 2), ";     DRAW_TRI_END");
     EXPECT_EQ(set.model.line(opening + 3), "    BGL_RETURN");
+}
+
+TEST_F(RewriteTest, ALineOfTwoBlocksIsCommentedOutForEach) {
+    std::vector<std::string> model = make_model({MadeMaterial(), MadeMaterial()});
+    // The second material is selected right before the first, whose line then opens its block.
+    const auto second =
+        std::find(model.begin(), model.end(), "    MATERIAL 1,0 ; <255,255,255,255> ;;");
+    std::rotate(second - 4, second, second + 1);
+    open(model);
+    const std::size_t line = set.translation(2).block.selecting_line;
+    ASSERT_EQ(set.translation(1).block.selecting_line, line + 1);
+    EXPECT_EQ(rewrite(1, Kind::LibraryNew), 3U);
+    EXPECT_EQ(rewrite(2, Kind::LibraryNew), 0U);
+    EXPECT_EQ(set.model.line(line + 1), ";     MATERIAL 0,0 ; <255,255,255,255> ;;");
+    EXPECT_EQ(set.model.line(line + 2), "; ;     DRAW_TRI_BEGIN 0, 3");
+    EXPECT_EQ(set.model.line(line + 3), ";     DRAW_TRI 0, 1, 2 ; poly=0 part=0");
 }
 
 TEST_F(RewriteTest, ABlockThatRunsIntoTheEndOfTheFileStopsAtTheSpareLine) {
