@@ -3,6 +3,7 @@
 #include "bgl/unpack/name_buffer.h"
 #include "bgl/unpack/statuses.h"
 #include "bgl_files.h"
+#include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 
@@ -56,6 +57,21 @@ class Decompress : public ::testing::Test {
         test::library_file({.header = {.FL_world_set = 1, .FL_spare2 = 7}, .objects = {{}}});
 };
 
+TEST_F(Decompress, LooksForWineInTheRootFolderToo) {
+    class DiskWithWine final : public test::FaultyDisk {
+      public:
+        bool is_file(const std::string& path) override {
+            return path == "/wine" || FaultyDisk::is_file(path);
+        }
+    } other;
+    unpack_to("bytes");
+    inspector.unpacking.search_path = "/nowhere:/";
+    EXPECT_TRUE(decompress_bgl({other, reporter}, home.path(), inspector.unpacking,
+                               folder.file("packed.bgl")));
+    ASSERT_EQ(commands.size(), 1U);
+    EXPECT_EQ(commands[0][0], "/wine");
+}
+
 TEST_F(Decompress, RunsTheProgramThroughWineWithWindowsNames) {
     unpack_to("bytes");
     EXPECT_TRUE(decompress());
@@ -94,6 +110,38 @@ TEST_F(Decompress, TheOtherWidthIsTriedWhenOneDoesNotRun) {
     };
     EXPECT_TRUE(decompress());
     EXPECT_EQ(commands.size(), 2U);
+}
+
+TEST_F(Decompress, OfTwoFailuresTheOneThatSaysWhyIsTold) {
+    struct Case {
+        std::vector<int> statuses; // of the first program and, where it is tried, the other
+        std::string reason;
+    };
+    home.write("bglunpack64.exe", "");
+    const Unpacking fresh = inspector.unpacking;
+    for (const Case& tried : std::vector<Case>{
+             {{unpack_no_library, program_not_started}, "sup.dll was not found"},
+             {{program_not_started, unpack_no_library}, "sup.dll was not found"},
+             {{unpack_wrong_usage, 139}, "status " + std::to_string(unpack_wrong_usage) + "."},
+             {{unpack_no_function, 139}, "lacks a function"},
+             {{139, unpack_no_function}, "lacks a function"},
+             {{139, 140}, "failed with status 140"},
+             {{unpack_no_library, unpack_nothing}, "could not unpack"},
+             {{unpack_no_library, unpack_cannot_write}, "cannot be written"},
+             {{unpack_no_library, program_timed_out}, "did not end in time"},
+             {{unpack_nothing}, "could not unpack"},
+             {{unpack_cannot_write}, "cannot be written"},
+             {{program_timed_out}, "did not end in time"}}) {
+        reporter.messages.clear();
+        commands.clear();
+        inspector.unpacking = fresh; // which has given no hint yet
+        run = [&](const std::vector<std::string>&) {
+            return tried.statuses.at(commands.size() - 1);
+        };
+        EXPECT_FALSE(decompress());
+        EXPECT_THAT(reporter.messages, ElementsAre(HasSubstr(tried.reason)));
+        EXPECT_EQ(commands.size(), tried.statuses.size()) << tried.reason;
+    }
 }
 
 TEST_F(Decompress, WithoutTheProgramAHintSaysSo) {

@@ -114,6 +114,15 @@ TEST(ReadLibraryObjects, RecordsThatOverlapAreReadInSequence) {
     EXPECT_EQ(entries, listed(spec.objects));
 }
 
+TEST(ReadLibraryObjects, ARecordMayLieAtTheVeryBeginning) {
+    const test::LibrarySpec spec{.library_start = 256, .objects = {{}}};
+    std::string bytes = test::library_file(spec);
+    bytes.replace(256, 4, std::string("\x00\xFF\xFF\xFF", 4)); // the record's offset, -256
+    std::vector<LibraryObject> entries;
+    ASSERT_EQ(test::list_bytes(bytes, entries), 1);
+    EXPECT_EQ(entries[0].guid[0] & 0xFFFF, 1) << "the header's FL_world_set";
+}
+
 TEST(ReadLibraryObjects, ARecordLengthBelowTheFixedPartHasNoName) {
     LibrarySpec spec{.objects = {{.name = "", .code = ""}, {.name = "Second"}}};
     std::string bytes = test::library_file(spec);

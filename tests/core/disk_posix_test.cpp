@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <fcntl.h>
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
@@ -88,6 +89,19 @@ TEST_F(DiskTest, WhatCannotBeRead) {
 }
 
 // A pipe without another end would keep the program waiting for ever.
+TEST_F(DiskTest, AReadThatFailsIsAnErrorWithTheFilesName) {
+    // A program's memory, at whose beginning nothing lies: a file to all appearances.
+    const std::string memory = "/proc/self/mem";
+    if (!disk->is_file(memory)) {
+        GTEST_SKIP() << "there is no such file here";
+    }
+    const auto file = disk->open_for_reading(memory);
+    std::array<char, 10> buffer{};
+    const RuntimeError error = thrown_by([&] { file->read_at(0, buffer.data(), buffer.size()); });
+    EXPECT_EQ(error.code(), ErrorNumber::DeviceIo);
+    EXPECT_EQ(error.about(), memory);
+}
+
 TEST_F(DiskTest, NamedPipeIsRefusedAtOnce) {
     const std::string pipe = make_pipe();
     EXPECT_EQ(thrown_by([&] { disk->open_for_reading(pipe); }).number(), 75);
@@ -127,6 +141,25 @@ TEST_F(DiskTest, StampTellsAChange) {
     EXPECT_EQ(before.size, 3U);
     fs::last_write_time(path, fs::last_write_time(path) + std::chrono::milliseconds(5));
     EXPECT_NE(before, disk->stamp(path));
+}
+
+TEST_F(DiskTest, ANewFileMayBeReadAndWrittenByWhomTheMaskLets) {
+    const mode_t before = ::umask(026);
+    const std::string replaced = folder.file("replaced");
+    replace_file(*disk, replaced, [](TextWriter& out) { out.write("bytes"); });
+    disk->open_for_appending(folder.file("appended"))->close();
+    ::umask(before);
+    for (const char* name : {"replaced", "appended"}) {
+        EXPECT_EQ(static_cast<unsigned>(fs::status(folder.file(name)).permissions()), 0640U)
+            << name;
+    }
+}
+
+TEST_F(DiskTest, StampHasNanoseconds) {
+    const std::string path = folder.write("file", "one");
+    const std::array<timespec, 2> times{{{1, 2}, {1'000'000'007, 123'456'789}}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times.data(), 0), 0);
+    EXPECT_EQ(disk->stamp(path).modified_ns, 1'000'000'007'123'456'789);
 }
 
 TEST_F(DiskTest, EntriesInByteOrder) {

@@ -122,6 +122,9 @@ TEST(FindTrimmedPrefix, CountsCaseAndInnerBlanks) {
     EXPECT_EQ(find_trimmed_prefix("model label", sample()), 0U);
     EXPECT_EQ(find_trimmed_prefix("model  label", sample()), 4U);
     EXPECT_EQ(find_trimmed_prefix("BGL_END", sample(), 6), 0U);
+    LineStore store = sample();
+    store.set_line(store.upper(), " END");
+    EXPECT_EQ(find_trimmed_prefix("END", store), store.upper()) << "the spare element";
 }
 
 } // namespace

@@ -119,6 +119,8 @@ TEST(FormatDecimal, RoundsHalfAwayFromZero) {
     EXPECT_EQ(format_decimal(-2.5, 0, 0), "-3");
     EXPECT_EQ(format_decimal(9.95, 1, 1), "10.0");
     EXPECT_EQ(format_decimal(0.0000005, 1, 6), "0.000001");
+    EXPECT_EQ(format_decimal(0.0004, 3, 3), "0.000");
+    EXPECT_EQ(format_decimal(0.00001, 3, 3), "0.000");
 }
 
 TEST(FormatDecimal, TakesFifteenSignificantDigits) {

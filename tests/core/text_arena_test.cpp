@@ -28,7 +28,11 @@ std::string random_text(std::mt19937& random) {
     const std::size_t size = random() % 50 != 0   ? random() % 300
                              : random() % 10 != 0 ? 131'000 + random() % 150
                                                   : random() % 3'000'000;
-    return std::string(size, static_cast<char>(random() % 256));
+    std::string text(size, ' ');
+    for (char& byte : text) {
+        byte = static_cast<char>(random());
+    }
+    return text;
 }
 
 TEST(TextArena, KeepsWhatIsAdded) {

@@ -55,6 +55,7 @@ TEST(WideText, WhatIsNotUtf8IsTakenForWindows1252) {
                         "ber"),
               units({0xFC, 'b', 'e', 'r'}));
     EXPECT_EQ(wide_text("\x80"), units({0x20AC}));
+    EXPECT_EQ(wide_text("\xF8\xFF"), units({0xF8, 0xFF}));
     // Cut off, too long for what it says, beyond the last character.
     EXPECT_EQ(wide_text("\xC3"), units({0xC3}));
     EXPECT_EQ(wide_text("\xC0\xAF"), units({0xC0, 0xAF}));

@@ -77,6 +77,15 @@ std::string utf8_of(std::uint32_t character) {
     return {byte(0xF0U | character >> 18U), tail(12), tail(6), tail(0)};
 }
 
+TEST(Windows1252, EveryOtherFirstByteIsNone) {
+    for (const int lead : {0x80, 0x91, 0xBF, 0xC0, 0xC1, 0xF5, 0xF8, 0xF9, 0xFC, 0xFF}) {
+        for (const char tail : {'\x80', '\x90', '\xBF'}) {
+            const std::string text = static_cast<char>(lead) + std::string(3, tail);
+            EXPECT_EQ(valid_utf8_length(text), 0U) << lead;
+        }
+    }
+}
+
 TEST(Windows1252, EveryCharacterOfUtf8IsWellFormedAndNothingElse) {
     std::size_t wrong = 0;
     for (std::uint32_t character = 1; character <= 0x110FFF; ++character) {

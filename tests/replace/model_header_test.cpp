@@ -126,6 +126,28 @@ TEST_F(ModelHeaderTest, UpdateRewritesSizeAndBodyAndKeepsTheEndLabelOnce) {
                             "param_extension_dictionary_end     label dword", "    BGL_END", ""));
 }
 
+TEST_F(ModelHeaderTest, TheLineBeforeTheSignatureIsTheSizeEvenIfItIsTheFirst) {
+    std::vector<std::string> frame{"dd 1", "db  'F','S','8','0'", "x"};
+    LineStore store(frame);
+    update_model_header(*disk, store, {{light_equ, light_dd}});
+    EXPECT_THAT(lines(store), ElementsAre("    dd   156", "db  'F','S','8','0'", "x", ""));
+    frame.erase(frame.begin());
+    LineStore without(frame);
+    update_model_header(*disk, without, {{light_equ, light_dd}});
+    EXPECT_THAT(lines(without), ElementsAre("db  'F','S','8','0'", "x", ""));
+}
+
+TEST_F(ModelHeaderTest, ADictionaryWithoutABodyGetsOne) {
+    LineStore frame(std::vector<std::string>{
+        "dd 1", "db  'F','S','8','0'", "param_extension_dictionary     label dword",
+        "param_extension_dictionary_end     label dword", "x"});
+    update_model_header(*disk, frame, {{light_equ, light_dd}});
+    EXPECT_THAT(lines(frame),
+                ElementsAre("    dd   156", "db  'F','S','8','0'",
+                            "param_extension_dictionary     label dword", body_size, light_equ,
+                            light_dd, "param_extension_dictionary_end     label dword", "x", ""));
+}
+
 TEST_F(ModelHeaderTest, ADictionaryWithoutEndLabelKeepsItsLines) {
     std::vector<std::string> open_ended = frame_with_dictionary;
     open_ended.erase(open_ended.end() - 2);
