@@ -17,5 +17,19 @@ TEST(CollapseBlanks, KeepsOneBlankOfEachRun) {
     EXPECT_EQ(collapse_blanks("    "), "");
 }
 
+TEST(LetterCase, OnlyTheLettersOfAsciiChange) {
+    const std::string lower = "abcdefghijklmnopqrstuvwxyz";
+    const std::string upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    std::string others;
+    for (int byte = 0; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        if (lower.find(c) == std::string::npos && upper.find(c) == std::string::npos) {
+            others += c;
+        }
+    }
+    EXPECT_EQ(lower_case(upper + lower + others), lower + lower + others);
+    EXPECT_EQ(upper_case(upper + lower + others), upper + upper + others);
+}
+
 } // namespace
 } // namespace morvane
