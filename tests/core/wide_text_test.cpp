@@ -58,6 +58,7 @@ TEST(WideText, WhatIsNotUtf8IsTakenForWindows1252) {
     EXPECT_EQ(wide_text("\xF8\xFF"), units({0xF8, 0xFF}));
     // Cut off, too long for what it says, beyond the last character.
     EXPECT_EQ(wide_text("\xC3"), units({0xC3}));
+    EXPECT_EQ(wide_text("\xC3("), units({0xC3, '('}));
     EXPECT_EQ(wide_text("\xC0\xAF"), units({0xC0, 0xAF}));
     EXPECT_EQ(wide_text("\xF4\x90\x80\x80"), units({0xF4, 0x90, 0x20AC, 0x20AC}));
 }

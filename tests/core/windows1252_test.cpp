@@ -41,6 +41,7 @@ TEST(Windows1252, CharactersThatItLacksAreNamed) {
     EXPECT_EQ(from_utf8("Pra\xC5\x88"), std::nullopt);
     EXPECT_EQ(first_foreign_character("Pra\xC5\x88 x"), "\xC5\x88");
     EXPECT_EQ(first_foreign_character("\xF0\x9F\x9B\xA9"), "\xF0\x9F\x9B\xA9");
+    EXPECT_EQ(first_foreign_character("a\xC5"), "") << "no character at all";
 }
 
 TEST(Windows1252, TextThatIsNoUtf8IsFoundOut) {

@@ -94,6 +94,7 @@ TEST(LightTypes, SwitchBitsSkip32) {
     EXPECT_EQ(light_switch_bit("LIGHT_LANDING"), 4);
     EXPECT_EQ(light_switch_bit("LIGHT_TAXI"), 8);
     EXPECT_EQ(light_switch_bit("LIGHT_STROBE"), 16);
+    EXPECT_EQ(light_switch_bit("LIGHT_OF_NO_KIND"), 0);
     EXPECT_EQ(light_switch_bit("LIGHT_RECOGNITION"), 64);
     EXPECT_EQ(light_switch_bit("LIGHT_WING"), 128);
     EXPECT_EQ(light_switch_bit("LIGHT_LOGO"), 256);

@@ -148,6 +148,15 @@ TEST_F(Compile, AProgramThatMayNotBeExecutedIsReported) {
     }
 }
 
+TEST_F(Compile, ACompilerThatCannotBeStartedLeavesAnEmptyResultsFile) {
+    const std::string path = folder.write("bglc", "#!/no/such/interpreter\n");
+    fs::permissions(path, fs::perms::owner_all);
+    EXPECT_EQ(start_compile(services, *launcher, job), nullptr);
+    EXPECT_EQ(reporter.boxes, (std::vector<RecordingReporter::Box>{
+                                  {"Run-time error '53': File not found", Icon::None}}));
+    EXPECT_EQ(home.read("comp.txt"), "");
+}
+
 TEST_F(Compile, AResultsFileThatCannotBeWrittenIsToldBeforeTheStart) {
     stand_in("bglc", "touch " + folder.file("started") + "\n");
     job.program_folder = home.file("gone");
