@@ -112,7 +112,7 @@ TEST_F(LibraryListFile, TakesADesignOfAnotherFolder) {
     folder_.write("elsewhere/shed.asm", "    SCALE_AGL x,0,12,65536,0,0,0,0,0,0\r\n");
     folder_.write("elsewhere/shed_0.asm", "; code\r\n");
     const std::string design = folder_.file("elsewhere/shed");
-    const LibraryList list = good("[[object]]\ndesign = \"" + design + "\"\nguid = \"1,2,3,4\"\n");
+    const LibraryList list = good("[[object]]\ndesign = '" + design + "'\nguid = \"1,2,3,4\"\n");
     ASSERT_EQ(list.lines.size(), 1U);
     EXPECT_EQ(list.lines[0].base, design);
     EXPECT_EQ(list.lines[0].location, design);
