@@ -88,7 +88,6 @@ TEST_F(DiskTest, WhatCannotBeRead) {
     EXPECT_EQ(thrown_by([&] { disk->stamp(folder.file("none")); }).number(), 53);
 }
 
-// A pipe without another end would keep the program waiting for ever.
 TEST_F(DiskTest, AReadThatFailsIsAnErrorWithTheFilesName) {
     // A program's memory, at whose beginning nothing lies: a file to all appearances.
     const std::string memory = "/proc/self/mem";
@@ -102,6 +101,7 @@ TEST_F(DiskTest, AReadThatFailsIsAnErrorWithTheFilesName) {
     EXPECT_EQ(error.about(), memory);
 }
 
+// A pipe without another end would keep the program waiting for ever.
 TEST_F(DiskTest, NamedPipeIsRefusedAtOnce) {
     const std::string pipe = make_pipe();
     EXPECT_EQ(thrown_by([&] { disk->open_for_reading(pipe); }).number(), 75);
