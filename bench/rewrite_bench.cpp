@@ -1,13 +1,13 @@
 // The steps from Open to Save, each by itself, on sets of growing size.
 
-#include "core/disk.h"
-#include "core/materials.h"
-#include "core/open_source_set.h"
-#include "core/reporter.h"
-#include "core/source_set.h"
+#include "base/reporter.h"
 #include "large_set.h"
-#include "replace/process.h"
-#include "replace/save.h"
+#include "objects/process.h"
+#include "objects/save.h"
+#include "source/materials.h"
+#include "source/open_source_set.h"
+#include "source/source_set.h"
+#include "system/disk.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,8 +1,8 @@
 // The modifier's assembly. Sections: one byte of flags, then frame and model of the complete model,
 // fuselage, wings high, wings low and shadow.
 
-#include "core/errors.h"
-#include "model/assemble_aircraft.h"
+#include "aircraft/assemble_aircraft.h"
+#include "base/errors.h"
 #include "target.h"
 
 namespace {

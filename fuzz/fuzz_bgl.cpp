@@ -1,9 +1,9 @@
 // BGL header, report, objects, search, make universal and revert on any file.
 
+#include "base/errors.h"
 #include "bgl/inspector.h"
 #include "bgl/search.h"
 #include "bgl/universal.h"
-#include "core/errors.h"
 #include "target.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Model header and parameter dictionary on any frame file.
 
-#include "core/errors.h"
-#include "replace/model_header.h"
+#include "base/errors.h"
+#include "objects/model_header.h"
 #include "target.h"
 
 namespace {

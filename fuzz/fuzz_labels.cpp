@@ -1,9 +1,9 @@
 // The label suffix against the plain double loop. Sections: suffix, file.
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "target.h"
-#include "tools/label_suffix.h"
-#include "tools/plain_label_suffix.h"
+#include "upkeep/label_suffix.h"
+#include "upkeep/plain_label_suffix.h"
 
 using namespace morvane;
 using namespace morvane::fuzz;

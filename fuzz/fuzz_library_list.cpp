@@ -1,9 +1,9 @@
 // Library lists of any bytes. What can be read gives a source that is the same every time.
 // Identifiers can be filled in without changing anything else.
 
-#include "core/errors.h"
-#include "libcomp/create_library.h"
-#include "recipe/library_list_file.h"
+#include "base/errors.h"
+#include "library/create_library.h"
+#include "library/library_list_file.h"
 #include "target.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // The line store against a plain vector of texts. Sections: operations, file.
 
-#include "core/errors.h"
-#include "core/line_store.h"
+#include "base/errors.h"
+#include "source/line_store.h"
 #include "target.h"
 
 namespace {

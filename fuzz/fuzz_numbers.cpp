@@ -1,8 +1,8 @@
 // Numbers against slow, exact versions. Sections: any text; the first eight bytes are a double too.
 
-#include "core/errors.h"
-#include "core/numbers.h"
-#include "core/text.h"
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "base/text.h"
 #include "target.h"
 
 #include <cmath>

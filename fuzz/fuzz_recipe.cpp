@@ -1,9 +1,9 @@
 // Recipes and settings of any bytes; a recipe that is read can be written and read again.
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "recipe/recipe.h"
 #include "target.h"
-#include "tools/settings.h"
+#include "upkeep/settings.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // From Open to Save. Sections: choices, frame file, model file. Each byte of the choices picks kind
 // and flags for one marked material.
 
-#include "core/errors.h"
-#include "core/open_source_set.h"
-#include "replace/process.h"
-#include "replace/save.h"
+#include "base/errors.h"
+#include "objects/process.h"
+#include "objects/save.h"
+#include "source/open_source_set.h"
 #include "target.h"
 
 namespace {

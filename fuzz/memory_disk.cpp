@@ -1,6 +1,6 @@
 #include "memory_disk.h"
 
-#include "core/errors.h"
+#include "base/errors.h"
 
 #include <algorithm>
 #include <cstring>

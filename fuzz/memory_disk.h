@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/disk.h"
+#include "system/disk.h"
 
 #include <cstddef>
 #include <map>

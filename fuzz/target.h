@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/reporter.h"
-#include "core/services.h"
+#include "base/reporter.h"
 #include "memory_disk.h"
+#include "system/services.h"
 
 #include <cstddef>
 #include <cstdint>

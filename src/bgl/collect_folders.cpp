@@ -1,7 +1,7 @@
+#include "base/errors.h"
+#include "base/paths.h"
 #include "bgl/search.h"
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/paths.h"
+#include "system/disk.h"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 #include "bgl/decompress_bgl.h"
 
+#include "base/paths.h"
+#include "base/reporter.h"
 #include "bgl/unpack/statuses.h"
-#include "core/absolute_path.h"
-#include "core/disk.h"
-#include "core/paths.h"
-#include "core/reporter.h"
+#include "system/absolute_path.h"
+#include "system/disk.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -19,7 +19,7 @@ using Words = std::vector<std::string>;
 
 void hint(const Services& services, Unpacking& unpacking, const std::string& text) {
     if (unpacking.hints_given.insert(text).second) {
-        add_note(services.reporter, text);
+        services.reporter.note({text});
     }
 }
 

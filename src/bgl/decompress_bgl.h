@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bgl/unpack_process.h"
-#include "core/services.h"
+#include "system/services.h"
+#include "system/unpack_process.h"
 
 #include <functional>
 #include <set>

@@ -1,6 +1,6 @@
 #include "bgl/header_report.h"
 
-#include "core/numbers.h"
+#include "base/numbers.h"
 
 #include <array>
 #include <cmath>

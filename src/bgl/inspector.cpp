@@ -1,10 +1,10 @@
 #include "bgl/inspector.h"
 
+#include "base/errors.h"
+#include "base/reporter.h"
 #include "bgl/header_report.h"
 #include "bgl/object_lines.h"
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/reporter.h"
+#include "system/disk.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,9 +24,8 @@ void report_objects(OutputBox& box, const std::vector<LibraryObject>& objects) {
 // A file that is missing or misnamed ends the command quietly but for a hint.
 void note_nothing_to_analyse(const Services& services, const std::string& path) {
     const bool there = services.disk.is_file(path);
-    add_note(services.reporter,
-             path + (there ? " is no BGL file: its name does not end in \".bgl\"."
-                           : " does not exist."));
+    services.reporter.note({path + (there ? " is no BGL file: its name does not end in \".bgl\"."
+                                          : " does not exist.")});
 }
 
 void report_file(Inspector& inspector, const std::string& path, bool show_raw, Analysis& analysis) {

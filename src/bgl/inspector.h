@@ -4,7 +4,7 @@
 #include "bgl/header.h"
 #include "bgl/library_objects.h"
 #include "bgl/output_box.h"
-#include "core/services.h"
+#include "system/services.h"
 
 #include <string>
 #include <vector>

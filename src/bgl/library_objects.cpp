@@ -1,8 +1,8 @@
 #include "bgl/library_objects.h"
 
+#include "base/errors.h"
 #include "bgl/little_endian.h"
-#include "core/disk.h"
-#include "core/errors.h"
+#include "system/disk.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/guid128.h"
 #include "bgl/open_bgl.h"
-#include "core/guid128.h"
 
 #include <cstddef>
 #include <cstdint>

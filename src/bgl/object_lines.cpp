@@ -1,7 +1,7 @@
 #include "bgl/object_lines.h"
 
-#include "core/numbers.h"
-#include "core/text.h"
+#include "base/numbers.h"
+#include "base/text.h"
 
 namespace morvane {
 

@@ -1,10 +1,10 @@
 #include "bgl/open_bgl.h"
 
-#include "core/absolute_path.h"
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/paths.h"
-#include "core/text_writer.h"
+#include "base/errors.h"
+#include "base/paths.h"
+#include "system/absolute_path.h"
+#include "system/disk.h"
+#include "system/text_writer.h"
 
 #include <array>
 

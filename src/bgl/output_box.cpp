@@ -1,10 +1,10 @@
 #include "bgl/output_box.h"
 
-#include "core/disk.h"
-#include "core/paths.h"
-#include "core/replace_files.h"
-#include "core/reporter.h"
-#include "core/text_writer.h"
+#include "base/paths.h"
+#include "base/reporter.h"
+#include "system/disk.h"
+#include "system/replace_files.h"
+#include "system/text_writer.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/services.h"
+#include "system/services.h"
 
 #include <functional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "bgl/search.h"
 
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
 #include "bgl/object_lines.h"
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/paths.h"
-#include "core/reporter.h"
+#include "system/disk.h"
 
 namespace morvane {
 
@@ -92,9 +92,9 @@ bool search_files(Search& search, const std::vector<FoundFolder>& folder_list, s
 
 void note_unreadable(Reporter& reporter, const std::vector<std::string>& unreadable) {
     if (!unreadable.empty()) {
-        add_note(reporter, "Folders that could not be read and were passed over: " +
-                               std::to_string(unreadable.size()) + ", the first is " +
-                               unreadable.front() + ".");
+        reporter.note({"Folders that could not be read and were passed over: " +
+                       std::to_string(unreadable.size()) + ", the first is " + unreadable.front() +
+                       "."});
     }
 }
 
@@ -139,7 +139,7 @@ SearchResult search_folder(Inspector& inspector, const std::string& folder, bool
     try {
         result.done = search_tree(search, folder);
         if (!result.done) {
-            add_note(inspector.services.reporter, "The search was stopped before its end.");
+            inspector.services.reporter.note({"The search was stopped before its end."});
         }
         print_search_summary(inspector.box, search.statistics);
         inspector.box.write_results();

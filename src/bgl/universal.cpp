@@ -1,14 +1,14 @@
 #include "bgl/universal.h"
 
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
 #include "bgl/little_endian.h"
 #include "bgl/open_bgl.h"
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/paths.h"
-#include "core/replace_files.h"
-#include "core/reporter.h"
-#include "core/text_files.h"
-#include "core/text_writer.h"
+#include "system/disk.h"
+#include "system/file_bytes.h"
+#include "system/replace_files.h"
+#include "system/text_writer.h"
 
 namespace morvane {
 
@@ -99,8 +99,8 @@ bool is_library_file(Disk& disk, const std::string& path, const std::string& pro
 bool make_universal(const Services& services, const std::string& path,
                     const std::string& program_folder) {
     if (!has_ending(path, ".BGL")) {
-        add_note(services.reporter,
-                 path + " is no BGL file: its name does not end in \".bgl\". Nothing was done.");
+        services.reporter.note(
+            {path + " is no BGL file: its name does not end in \".bgl\". Nothing was done."});
         return false;
     }
     if (!may_modify(services, path, program_folder)) {
@@ -115,8 +115,8 @@ bool make_universal(const Services& services, const std::string& path,
 bool revert(const Services& services, const std::string& path) {
     const std::string file = file_to_revert(path);
     if (file.empty()) {
-        add_note(services.reporter,
-                 path + " is neither a BGL file nor the backup of one. Nothing was done.");
+        services.reporter.note(
+            {path + " is neither a BGL file nor the backup of one. Nothing was done."});
         return false;
     }
     const bool copy_selected = path != file && services.disk.is_file(path);
@@ -126,7 +126,7 @@ bool revert(const Services& services, const std::string& path) {
         return false;
     }
     if (extension_part(file) != "BGL" || !services.disk.is_file(file)) {
-        add_note(services.reporter, file + " is no BGL file or is missing. Nothing was done.");
+        services.reporter.note({file + " is no BGL file or is missing. Nothing was done."});
         return false;
     }
     copy_file_bytes(services.disk, backup, file);

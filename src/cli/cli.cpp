@@ -1,7 +1,7 @@
 #include "cli/cli.h"
 
-#include "tools/program_places.h"
-#include "tools/settings.h"
+#include "system/program_places.h"
+#include "upkeep/settings.h"
 
 #include <iostream>
 #include <utility>

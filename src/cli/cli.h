@@ -1,8 +1,8 @@
 #pragma once
 
 #include "cli/console_reporter.h"
-#include "core/disk.h"
-#include "core/services.h"
+#include "system/disk.h"
+#include "system/services.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
+#include "aircraft/assemble_aircraft.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
-#include "model/assemble_aircraft.h"
 
 namespace morvane::cli {
 

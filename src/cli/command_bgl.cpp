@@ -2,7 +2,7 @@
 #include "cli/bgl_json.h"
 #include "cli/cli.h"
 #include "cli/console.h"
-#include "tools/program_places.h"
+#include "system/program_places.h"
 
 #include <iostream>
 
@@ -55,9 +55,8 @@ int run_analyse(Cli& cli, const std::string& path, bool show_header) {
     }
     const Analysis analysis = analyse_file(inspector, path, show_header, true);
     if (analysis.handle == invalid_bgl) {
-        add_note(cli.reporter, path + " is no valid BGL file: FL_world_set is " +
-                                   std::to_string(analysis.header.FL_world_set) +
-                                   ", not 1, 3 or 4.");
+        cli.reporter.note({path + " is no valid BGL file: FL_world_set is " +
+                           std::to_string(analysis.header.FL_world_set) + ", not 1, 3 or 4."});
     }
     return finish(cli, cli.json ? analysis_json(path, analysis) : Json(), analysis.done);
 }

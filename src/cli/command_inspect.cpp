@@ -1,7 +1,7 @@
 #include "cli/cli.h"
 #include "cli/json_text.h"
-#include "core/materials.h"
-#include "core/open_source_set.h"
+#include "source/materials.h"
+#include "source/open_source_set.h"
 
 #include <iomanip>
 #include <iostream>

@@ -1,9 +1,9 @@
+#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
-#include "core/text.h"
-#include "libcomp/create_library.h"
-#include "libcomp/design.h"
-#include "recipe/library_list_file.h"
+#include "library/create_library.h"
+#include "library/design.h"
+#include "library/library_list_file.h"
 
 #include <iostream>
 
@@ -63,7 +63,7 @@ int run_create(Cli& cli, const CreateOptions& options) {
     if (status == done && options.output_given) {
         status = create(cli, options);
         if (status != done && options.generate_guids) {
-            add_note(cli.reporter, "the identifiers in " + options.list + " stay as they are now.");
+            cli.reporter.note({"the identifiers in " + options.list + " stay as they are now."});
         }
     }
     if (cli.json && status == done) {

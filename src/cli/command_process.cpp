@@ -1,12 +1,12 @@
+#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
-#include "core/open_source_set.h"
-#include "core/source_set.h"
-#include "core/text.h"
+#include "objects/save.h"
+#include "objects/unified_diff.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/recipe.h"
-#include "replace/save.h"
-#include "replace/unified_diff.h"
+#include "source/open_source_set.h"
+#include "source/source_set.h"
 
 #include <iostream>
 
@@ -40,13 +40,13 @@ Json paths_json(const std::vector<std::string>& paths) {
     return result;
 }
 
-struct Outcome {
+struct Processed {
     ApplyResult applied;
     SaveResult saved;
     std::string diff; // of a dry run
 };
 
-void print_outcome(const Cli& cli, const OpenSet& set, const Outcome& outcome) {
+void print_outcome(const Cli& cli, const OpenSet& set, const Processed& outcome) {
     if (!cli.json) {
         cli.reporter.print_log();
         std::cout << outcome.diff;
@@ -92,7 +92,7 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
     const std::string output = options.output.empty() ? options.base : options.output;
     const std::optional<std::string> trace =
         options.trace && !options.dry_run ? std::optional<std::string>("") : std::nullopt;
-    Outcome outcome;
+    Processed outcome;
     const OldLines old = options.dry_run ? OldLines{set.model, set.frame} : OldLines();
     outcome.applied = apply_recipe(cli.services(), set, recipe, plan, trace);
     if (!outcome.applied.ok) {

@@ -1,8 +1,8 @@
 #include "cli/cli.h"
 #include "cli/json_text.h"
-#include "tools/backup.h"
-#include "tools/compile.h"
-#include "tools/rename_labels.h"
+#include "upkeep/backup.h"
+#include "upkeep/compile.h"
+#include "upkeep/rename_labels.h"
 
 #include <iostream>
 

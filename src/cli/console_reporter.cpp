@@ -28,10 +28,20 @@ const char* icon_name(Icon icon) {
 
 void ConsoleReporter::add_message(std::string_view text) {
     messages_.emplace_back(text);
-    if (notes_at_once_ && text.starts_with("Note: ")) {
+}
+
+void ConsoleReporter::note(const Note& note) {
+    Reporter::note(note);
+    notes_.push_back(note);
+    if (notes_at_once_) {
         end_progress();
-        std::cerr << text << std::endl;
+        std::cerr << "Note: " << place_and_text(note) << std::endl;
     }
+}
+
+void ConsoleReporter::clear_messages() {
+    messages_.clear();
+    notes_.clear();
 }
 
 void ConsoleReporter::message_box(std::string_view text, Icon icon) {
@@ -80,10 +90,8 @@ void ConsoleReporter::print_log() const {
 }
 
 void ConsoleReporter::print_notes() const {
-    for (const std::string& message : messages_) {
-        if (message.starts_with("Note: ")) {
-            std::cerr << message << '\n';
-        }
+    for (const Note& note : notes_) {
+        std::cerr << "Note: " << place_and_text(note) << '\n';
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/reporter.h"
+#include "base/reporter.h"
 
 #include <string>
 #include <vector>
@@ -18,11 +18,14 @@ class ConsoleReporter final : public Reporter {
     /// Prints hints to standard error as they come, for commands that print no log; they then stand
     /// before what they are about.
     void print_notes_at_once() { notes_at_once_ = true; }
+    /// The notes that the log holds, oldest first.
+    const std::vector<Note>& notes() const { return notes_; }
     /// The message log, oldest first.
     const std::vector<std::string>& messages() const { return messages_; }
 
     void add_message(std::string_view text) override;
-    void clear_messages() override { messages_.clear(); }
+    void note(const Note& note) override;
+    void clear_messages() override;
     void message_box(std::string_view text, Icon icon) override;
     bool ask(std::string_view text, Icon icon, std::string_view title) override;
     bool progress(std::string_view what, std::size_t done, std::size_t total) override;
@@ -36,6 +39,7 @@ class ConsoleReporter final : public Reporter {
 
   private:
     std::vector<std::string> messages_;
+    std::vector<Note> notes_;
     Answer answer_ = Answer::Ask;
     bool notes_at_once_ = false;
     bool progress_shown_ = false;

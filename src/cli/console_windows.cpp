@@ -1,5 +1,5 @@
+#include "base/wide_text.h"
 #include "cli/console.h"
-#include "core/wide_text.h"
 
 #include <cstdio>
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 #include "cli/json_text.h"
 
-#include "core/windows1252.h"
+#include "base/windows1252.h"
 
 #include <iostream>
 

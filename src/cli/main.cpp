@@ -1,9 +1,9 @@
+#include "base/errors.h"
+#include "base/version.h"
 #include "cli/cli.h"
 #include "cli/completions.h"
 #include "cli/console.h"
-#include "core/errors.h"
-#include "core/version.h"
-#include "recipe/nearest_key.h"
+#include "toml/nearest_key.h"
 
 #include <algorithm>
 #include <iostream>

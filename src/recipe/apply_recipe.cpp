@@ -1,8 +1,8 @@
 #include "recipe/apply_recipe.h"
 
-#include "core/reporter.h"
-#include "core/text.h"
-#include "replace/process.h"
+#include "base/reporter.h"
+#include "base/text.h"
+#include "objects/process.h"
 
 namespace morvane {
 
@@ -14,9 +14,9 @@ ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& r
         const ProcessResult processed = process_material(services, set, step.row, assignment.kind,
                                                          assignment.parameters, trace_folder);
         if (!processed.processed) {
-            add_note(services.reporter, "material " + to_text(step.row) + " (" + recipe.file +
-                                            ", line " + to_text(assignment.source_line) +
-                                            ") was not processed.");
+            services.reporter.note({"material " + to_text(step.row) + " (" + recipe.file +
+                                    ", line " + to_text(assignment.source_line) +
+                                    ") was not processed."});
             return result;
         }
         result.processed.push_back({step.row, assignment.kind, processed.lines});

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/open_set.h"
-#include "core/services.h"
 #include "recipe/recipe.h"
+#include "source/open_set.h"
+#include "system/services.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "recipe/parameter_keys.h"
 
-#include "core/text.h"
-#include "recipe/nearest_key.h"
+#include "base/text.h"
+#include "toml/nearest_key.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "replace/parameters.h"
+#include "objects/parameters.h"
 
 #include <string>
 #include <string_view>

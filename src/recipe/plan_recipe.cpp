@@ -1,6 +1,6 @@
-#include "core/materials.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "recipe/apply_recipe.h"
+#include "source/materials.h"
 
 namespace morvane {
 

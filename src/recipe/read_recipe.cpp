@@ -1,9 +1,9 @@
-#include "core/materials.h"
-#include "core/text.h"
-#include "recipe/nearest_key.h"
+#include "base/text.h"
 #include "recipe/parameter_keys.h"
 #include "recipe/recipe.h"
-#include "recipe/toml_document.h"
+#include "source/materials.h"
+#include "toml/nearest_key.h"
+#include "toml/toml_document.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #include "recipe/record_recipe.h"
 
-#include "core/materials.h"
+#include "source/materials.h"
 
 #include <algorithm>
 

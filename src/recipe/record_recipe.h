@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/open_set.h"
 #include "recipe/recipe.h"
+#include "source/open_set.h"
 
 #include <cstddef>
 #include <vector>

@@ -1,7 +1,7 @@
-#include "core/text.h"
+#include "base/text.h"
 #include "recipe/parameter_keys.h"
 #include "recipe/recipe.h"
-#include "recipe/toml_document.h"
+#include "toml/toml_document.h"
 
 namespace morvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/reporter.h"
+#include "base/reporter.h"
 
 #include <QString>
 

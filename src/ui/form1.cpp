@@ -1,14 +1,14 @@
 #include "ui/form1.h"
 
-#include "core/errors.h"
-#include "core/paths.h"
-#include "core/reporter.h"
-#include "core/version.h"
-#include "tools/settings.h"
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
+#include "base/version.h"
 #include "ui/appearance.h"
 #include "ui/message_log.h"
 #include "ui/qt_text.h"
 #include "ui/ui_form1.h"
+#include "upkeep/settings.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "core/open_set.h"
-#include "core/services.h"
+#include "objects/parameters.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/record_recipe.h"
-#include "replace/parameters.h"
+#include "source/open_set.h"
+#include "system/services.h"
 #include "ui/desk.h"
 #include "ui/material_model.h"
 #include "ui/qt_reporter.h"

@@ -1,6 +1,6 @@
 // The main window's commands on one material: its parameters, and Process.
 
-#include "replace/process.h"
+#include "objects/process.h"
 #include "ui/form1.h"
 #include "ui/frm_effects.h"
 #include "ui/frm_library.h"

@@ -1,11 +1,11 @@
 // The main window's commands on recipes.
 
-#include "core/errors.h"
-#include "core/replace_files.h"
-#include "core/reporter.h"
-#include "core/text_writer.h"
+#include "base/errors.h"
+#include "base/reporter.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/record_recipe.h"
+#include "system/replace_files.h"
+#include "system/text_writer.h"
 #include "ui/dialogs.h"
 #include "ui/form1.h"
 #include "ui/hourglass.h"
@@ -83,7 +83,7 @@ void Form1::save_recipe_file() {
     try {
         const std::string text = write_recipe(record_recipe(set_, made_));
         replace_file(desk_.disk, path_bytes(path), [&](TextWriter& out) { out.write(text); });
-        add_note(reporter_, "the recipe was saved as " + path_bytes(path));
+        reporter_.note({"the recipe was saved as " + path_bytes(path)});
     } catch (const RuntimeError& error) {
         report_error(reporter_, error, "ERROR : ", ": ", Icon::Critical);
     }

@@ -1,9 +1,9 @@
 // The main window's commands around the open set: choose, open, select, save, leave.
 
-#include "core/open_source_set.h"
-#include "core/paths.h"
-#include "replace/save.h"
-#include "tools/chosen_file.h"
+#include "base/paths.h"
+#include "objects/save.h"
+#include "source/chosen_file.h"
+#include "source/open_source_set.h"
 #include "ui/dialogs.h"
 #include "ui/form1.h"
 #include "ui/hourglass.h"

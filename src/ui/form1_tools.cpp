@@ -1,8 +1,6 @@
 // The main window's commands on the working files, and its ways to the other tools.
 
-#include "core/paths.h"
-#include "tools/backup.h"
-#include "tools/compile.h"
+#include "base/paths.h"
 #include "ui/dialogs.h"
 #include "ui/form1.h"
 #include "ui/hourglass.h"
@@ -10,6 +8,8 @@
 #include "ui/qt_text.h"
 #include "ui/text_viewer.h"
 #include "ui/ui_form1.h"
+#include "upkeep/backup.h"
+#include "upkeep/compile.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

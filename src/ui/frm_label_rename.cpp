@@ -1,13 +1,13 @@
 #include "ui/frm_label_rename.h"
 
-#include "core/paths.h"
-#include "core/source_set.h"
-#include "tools/chosen_file.h"
-#include "tools/rename_labels.h"
+#include "base/paths.h"
+#include "source/chosen_file.h"
+#include "source/source_set.h"
 #include "ui/dialogs.h"
 #include "ui/hourglass.h"
 #include "ui/qt_text.h"
 #include "ui/ui_frm_label_rename.h"
+#include "upkeep/rename_labels.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
 #include "ui/frm_lib_comp.h"
 
-#include "core/paths.h"
-#include "core/version.h"
-#include "libcomp/create_library.h"
-#include "libcomp/design.h"
+#include "base/paths.h"
+#include "base/version.h"
+#include "library/create_library.h"
+#include "library/design.h"
 #include "ui/dialogs.h"
 #include "ui/hourglass.h"
 #include "ui/qt_text.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/services.h"
-#include "libcomp/library_list.h"
+#include "library/library_list.h"
+#include "system/services.h"
 #include "ui/qt_reporter.h"
 #include "ui/tool_form.h"
 

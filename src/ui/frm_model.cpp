@@ -1,17 +1,17 @@
 #include "ui/frm_model.h"
 
-#include "core/errors.h"
-#include "core/paths.h"
-#include "core/reporter.h"
-#include "core/source_set.h"
-#include "model/assemble_aircraft.h"
-#include "tools/backup.h"
-#include "tools/chosen_file.h"
-#include "tools/settings.h"
+#include "aircraft/assemble_aircraft.h"
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
+#include "source/chosen_file.h"
+#include "source/source_set.h"
 #include "ui/dialogs.h"
 #include "ui/hourglass.h"
 #include "ui/qt_text.h"
 #include "ui/ui_frm_model.h"
+#include "upkeep/backup.h"
+#include "upkeep/settings.h"
 
 namespace morvane {
 

@@ -1,12 +1,12 @@
 #include "ui/lib_view.h"
 
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/reporter.h"
-#include "tools/settings.h"
+#include "base/errors.h"
+#include "base/reporter.h"
+#include "system/disk.h"
 #include "ui/dialogs.h"
 #include "ui/qt_text.h"
 #include "ui/ui_lib_view.h"
+#include "upkeep/settings.h"
 
 #include <QClipboard>
 #include <QFontDatabase>

@@ -1,9 +1,9 @@
 // The library browser's commands on BGL files.
 
+#include "base/errors.h"
+#include "base/reporter.h"
 #include "bgl/search.h"
 #include "bgl/universal.h"
-#include "core/errors.h"
-#include "core/reporter.h"
 #include "ui/hourglass.h"
 #include "ui/lib_view.h"
 #include "ui/qt_text.h"

@@ -1,6 +1,6 @@
 // The library browser's lists of drives, folders and files.
 
-#include "core/paths.h"
+#include "base/paths.h"
 #include "ui/lib_view.h"
 #include "ui/qt_text.h"
 #include "ui/ui_lib_view.h"

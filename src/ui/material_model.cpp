@@ -1,7 +1,7 @@
 #include "ui/material_model.h"
 
-#include "core/materials.h"
-#include "core/open_source_set.h"
+#include "source/materials.h"
+#include "source/open_source_set.h"
 #include "ui/color_swatch.h"
 #include "ui/platform_color.h"
 #include "ui/qt_text.h"

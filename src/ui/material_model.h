@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/open_set.h"
+#include "source/open_set.h"
 
 #include <QAbstractTableModel>
 

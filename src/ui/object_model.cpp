@@ -1,7 +1,7 @@
 #include "ui/object_model.h"
 
+#include "base/numbers.h"
 #include "bgl/object_lines.h"
-#include "core/numbers.h"
 #include "ui/qt_text.h"
 
 namespace morvane {

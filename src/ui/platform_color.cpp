@@ -1,9 +1,9 @@
 #include "ui/platform_color.h"
 
-#include "core/errors.h"
-#include "core/materials.h"
-#include "core/numbers.h"
-#include "core/text.h"
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "source/materials.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "ui/program.h"
 
-#include "core/version.h"
+#include "base/version.h"
 #include "ui/appearance.h"
 #include "ui/qt_text.h"
 

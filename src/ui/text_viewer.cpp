@@ -1,9 +1,10 @@
 #include "ui/text_viewer.h"
 
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/paths.h"
-#include "core/text_files.h"
+#include "base/errors.h"
+#include "base/paths.h"
+#include "source/text_files.h"
+#include "system/disk.h"
+#include "system/file_bytes.h"
 #include "ui/qt_text.h"
 
 #include <QFontDatabase>

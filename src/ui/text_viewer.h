@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/results_viewer.h"
+#include "system/results_viewer.h"
 #include "ui/tool_form.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "ui/time_constraint_edit.h"
 
-#include "replace/parameters.h"
+#include "objects/parameters.h"
 #include "ui/qt_text.h"
 
 #include <QMouseEvent>

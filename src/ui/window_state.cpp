@@ -1,6 +1,6 @@
 #include "ui/window_state.h"
 
-#include "core/paths.h"
+#include "base/paths.h"
 #include "ui/qt_text.h"
 
 #include <QWidget>

@@ -2,7 +2,7 @@
 
 #include "bgl/header.h"
 #include "bgl/library_objects.h"
-#include "core/disk.h"
+#include "system/disk.h"
 
 #include <random>
 #include <string>

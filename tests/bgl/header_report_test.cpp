@@ -1,6 +1,7 @@
 #include "bgl/header_report.h"
 #include "bgl_files.h"
 #include "support/recording_reporter.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -36,7 +37,7 @@ std::string with_plain_line_ends(std::string text) {
 }
 
 TEST_F(HeaderReport, EveryFieldAgainstTheFileWrittenByHand) {
-    const std::string golden = std::string(MORVANE_SOURCE_DIR) + "/tests/golden/bgl-every-field/";
+    const std::string golden = test::source_folder() + "/tests/golden/bgl-every-field/";
     const std::string bytes = test::read_file(golden + "in/every_field.bgl");
     ASSERT_EQ(bytes.size(), 168U);
     header = decode_header(bytes);

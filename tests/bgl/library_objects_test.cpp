@@ -1,6 +1,6 @@
+#include "base/errors.h"
 #include "bgl/library_objects.h"
 #include "bgl_files.h"
-#include "core/errors.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>

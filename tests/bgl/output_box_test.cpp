@@ -1,9 +1,9 @@
+#include "base/errors.h"
 #include "bgl/output_box.h"
-#include "core/disk.h"
-#include "core/errors.h"
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <gtest/gtest.h>
 

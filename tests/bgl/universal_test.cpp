@@ -1,11 +1,11 @@
+#include "base/errors.h"
 #include "bgl/inspector.h"
 #include "bgl/universal.h"
 #include "bgl_files.h"
-#include "core/disk.h"
-#include "core/errors.h"
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

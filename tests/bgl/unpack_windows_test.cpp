@@ -1,9 +1,9 @@
 #include "bgl/inspector.h"
 #include "bgl/unpack/statuses.h"
-#include "bgl/unpack_process.h"
-#include "core/disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
+#include "system/unpack_process.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 // as they were, and nothing is left lying about.
 
 #include "cli/program_run.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +20,7 @@ namespace fs = std::filesystem;
 class DiskTrouble : public testing::Test {
   protected:
     DiskTrouble() {
-        copy_into(MORVANE_SOURCE_DIR "/examples/airport", work_.path());
+        copy_into(source_folder() + "/examples/airport", work_.path());
         before_ = files_below(work_.path());
     }
 

@@ -2,6 +2,7 @@
 // may hold.
 
 #include "cli/program_run.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string golden_folder = MORVANE_SOURCE_DIR "/tests/golden/";
+const std::string golden_folder = source_folder() + "/tests/golden/";
 
 std::vector<std::string> golden_cases() {
     std::vector<std::string> names;
@@ -57,7 +58,7 @@ std::string difference(const std::string& found, const std::string& expected) {
 void copy_checkout_folders(const std::string& list, const std::string& work) {
     std::istringstream folders(list);
     for (std::string folder; std::getline(folders, folder);) {
-        copy_into(MORVANE_SOURCE_DIR "/" + folder, work);
+        copy_into(source_folder() + "/" + folder, work);
     }
 }
 

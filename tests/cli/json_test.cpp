@@ -1,6 +1,7 @@
 // What --json prints is what the same command prints without.
 
 #include "cli/program_run.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -19,7 +20,7 @@ using Json = nlohmann::json;
 class JsonOutput : public testing::Test {
   protected:
     void take(const std::string& example) {
-        copy_into(MORVANE_SOURCE_DIR "/examples/" + example, folder.path());
+        copy_into(source_folder() + "/examples/" + example, folder.path());
     }
     ProgramRun run(const std::string& command) { return run_commands(folder.path(), command); }
     Json document(const std::string& command) {

@@ -2,6 +2,7 @@
 // nothing is lost on the way.
 
 #include "cli/program_run.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -69,7 +70,7 @@ void expect_documented(const std::string& page, const std::string& command) {
 
 TEST(Manual, NamesEveryCommandAndOptionOfTheHelp) {
     const std::string page = plain(
-        output_of("'" MORVANE_SOURCE_DIR "/tools/make-manual' \"$(command -v morvane-cli)\""));
+        output_of("'" + source_folder() + "/tools/make-manual' \"$(command -v morvane-cli)\""));
     ASSERT_FALSE(page.empty());
     EXPECT_EQ(page.find('@'), std::string::npos) << "a place of the template was not filled in";
     expect_documented(page, "");
@@ -77,7 +78,7 @@ TEST(Manual, NamesEveryCommandAndOptionOfTheHelp) {
 
 TEST(Manual, SaysNothingThatTheHelpDoesNot) {
     const std::string page =
-        output_of("'" MORVANE_SOURCE_DIR "/tools/make-manual' \"$(command -v morvane-cli)\"");
+        output_of("'" + source_folder() + "/tools/make-manual' \"$(command -v morvane-cli)\"");
     std::istringstream lines(plain(page));
     const std::string all = output_of("morvane-cli --help") + output_of("morvane-cli --version");
     std::string command_help;

@@ -1,10 +1,10 @@
 // Writes all settings files into a folder, as the window does when its forms close, for the test
 // that lets every call of it fail.
 
-#include "core/disk.h"
-#include "core/errors.h"
-#include "core/reporter.h"
-#include "tools/settings.h"
+#include "base/errors.h"
+#include "base/reporter.h"
+#include "system/disk.h"
+#include "upkeep/settings.h"
 
 #include <iostream>
 

@@ -1,8 +1,8 @@
-#include "core/disk.h"
-#include "core/open_source_set.h"
 #include "recipe/apply_recipe.h"
+#include "source/open_source_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,9 @@
 // Damaged files are refused or taken, and nothing else happens.
 
-#include "recipe/library_list_file.h"
+#include "library/library_list_file.h"
 #include "recipe_files.h"
 #include "support/recording_reporter.h"
+#include "support/source_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,8 @@
 namespace morvane {
 namespace {
 
-const std::string recipe_file = MORVANE_SOURCE_DIR "/examples/airport/airport.toml";
-const std::string list_file = MORVANE_SOURCE_DIR "/examples/library/objects.toml";
+const std::string recipe_file = test::source_folder() + "/examples/airport/airport.toml";
+const std::string list_file = test::source_folder() + "/examples/library/objects.toml";
 
 void read_recipe_damaged(const std::string& text) {
     const RecipeReading reading = test::read_recipe_text(text);

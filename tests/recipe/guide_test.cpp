@@ -1,10 +1,11 @@
 // The examples of the guides are taken as they stand.
 
-#include "core/disk.h"
-#include "recipe/library_list_file.h"
+#include "library/library_list_file.h"
 #include "recipe/recipe.h"
 #include "support/recording_reporter.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ using ::testing::IsEmpty;
 
 // The blocks of TOML in a page of the guide that hold a certain header.
 std::vector<std::string> examples_with(const std::string& page, const std::string& header) {
-    const std::string text = test::read_file(MORVANE_SOURCE_DIR "/docs/" + page);
+    const std::string text = test::read_file(test::source_folder() + "/docs/" + page);
     const std::string fence = "```toml\n";
     std::vector<std::string> examples;
     for (std::size_t at = text.find(fence); at != std::string::npos; at = text.find(fence, at)) {
@@ -60,7 +61,7 @@ TEST(Guide, ItsLibraryListIsOne) {
 
 // Every row of a table of parameters: its key with its example must be taken for the kind.
 TEST(Guide, EveryKeyIsTakenWithItsExample) {
-    const std::string text = test::read_file(MORVANE_SOURCE_DIR "/docs/recipes.md");
+    const std::string text = test::read_file(test::source_folder() + "/docs/recipes.md");
     const std::vector<std::pair<std::string, std::string>> sections{{"### `Lights`", "Lights"},
                                                                     {"### `Effects`", "Effects"},
                                                                     {"### `Windsock`", "Windsock"},

@@ -1,5 +1,5 @@
-#include "core/materials.h"
 #include "recipe/apply_recipe.h"
+#include "source/materials.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

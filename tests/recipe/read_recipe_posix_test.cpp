@@ -1,6 +1,6 @@
-#include "core/disk.h"
 #include "recipe/recipe.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

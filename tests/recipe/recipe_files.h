@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/disk.h"
 #include "recipe/recipe.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <string>
 #include <string_view>

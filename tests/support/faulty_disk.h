@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/disk.h"
-#include "core/errors.h"
+#include "base/errors.h"
+#include "system/disk.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/reporter.h"
+#include "base/reporter.h"
 
 #include <string>
 #include <utility>
@@ -23,7 +23,14 @@ class RecordingReporter final : public Reporter {
     };
 
     void add_message(std::string_view text) override { messages.emplace_back(text); }
-    void clear_messages() override { messages.clear(); }
+    void note(const Note& note) override {
+        Reporter::note(note);
+        notes.push_back(note);
+    }
+    void clear_messages() override {
+        messages.clear();
+        notes.clear();
+    }
     void message_box(std::string_view text, Icon icon) override {
         boxes.push_back({std::string(text), icon});
     }
@@ -47,7 +54,8 @@ class RecordingReporter final : public Reporter {
         return result;
     }
 
-    std::vector<std::string> messages; // oldest first
+    std::vector<std::string> messages; // oldest first, notes too
+    std::vector<Note> notes;
     std::vector<Box> boxes;
     std::vector<Question> questions;
     bool answer = true;

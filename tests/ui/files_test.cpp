@@ -1,6 +1,6 @@
 // Backup, restore, compile, settings, and leaving the window.
 
-#include "tools/results_viewer.h"
+#include "system/results_viewer.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
 

@@ -1,5 +1,7 @@
 #include "ui/rig.h"
 
+#include "support/source_folder.h"
+
 #include <QDialog>
 
 #include <filesystem>
@@ -71,7 +73,7 @@ void Rig::restart() {
 }
 
 QString Rig::copy_example(const std::string& name) {
-    const std::string from = std::string(MORVANE_SOURCE_DIR) + "/examples/" + name;
+    const std::string from = source_folder() + "/examples/" + name;
     std::filesystem::copy(from, folder.file(name));
     std::string stem = name;
     for (char& c : stem) {

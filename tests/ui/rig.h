@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/disk.h"
 #include "support/temp_folder.h"
-#include "tools/launch.h"
+#include "system/disk.h"
+#include "system/launch.h"
 #include "ui/desk.h"
 #include "ui/form1.h"
 #include "ui/message_log.h"

@@ -1,8 +1,8 @@
 // Prints how long the window takes to come up, and to open a set.
 //   window_speed NANOSECONDS [BASE]     the first being `date +%s%N` at the start
 
-#include "core/disk.h"
-#include "tools/launch.h"
+#include "system/disk.h"
+#include "system/launch.h"
 #include "ui/dialogs.h"
 #include "ui/form1.h"
 #include "ui/message_log.h"

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace morvane {
+
+enum class Severity { Note, Warning, Error };
+
+/// A hint of the program's own, about a place in a file where there is one.
+struct Note {
+    std::string text;
+    std::string path{};   // empty: about no file
+    std::size_t line = 0; // from 1; 0: about the whole file
+    Severity severity = Severity::Note;
+
+    bool operator==(const Note&) const = default;
+};
+
+/// "PATH:LINE: TEXT", without the parts that the note does not have.
+std::string place_and_text(const Note& note);
+
+} // namespace morvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "base/note.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace morvane {
+
+class RuntimeError;
+
+/// The picture of a message box. `None` is a plain box.
+enum class Icon { None, Critical, Exclamation, Information, Question };
+
+/// How operations speak to the user. The window, the command line and the tests each implement it;
+/// no operation knows which one it talks to.
+class Reporter {
+  public:
+    Reporter() = default;
+    Reporter(const Reporter&) = delete;
+    Reporter& operator=(const Reporter&) = delete;
+    virtual ~Reporter() = default;
+
+    /// Puts `text` at the top of the message log, above all earlier messages.
+    virtual void add_message(std::string_view text) = 0;
+    /// Adds a hint of the program's own: by default to the log, as "Note: " and its place and text.
+    virtual void note(const Note& note);
+    /// Empties the message log.
+    virtual void clear_messages() = 0;
+    /// Shows a message box with an OK button. Lines of `text` are separated by "\n".
+    virtual void message_box(std::string_view text, Icon icon = Icon::None) = 0;
+    /// Asks a Yes/No question; true for Yes. An empty `title` is the program's own.
+    virtual bool ask(std::string_view text, Icon icon, std::string_view title = {}) = 0;
+    /// Called repeatedly during long operations. `total` is 0 while it is not known. Return false
+    /// to cancel.
+    virtual bool progress(std::string_view /*what*/, std::size_t /*done*/, std::size_t /*total*/) {
+        return true;
+    }
+};
+
+/// Shows a run-time error as a box: `before`, its number, `between`, its description; what the
+/// error was about, if it says, goes to the log as a note.
+void report_error(Reporter& reporter, const RuntimeError& error, std::string_view before,
+                  std::string_view between, Icon icon = Icon::None);
+
+} // namespace morvane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "library/library_list.h"
+#include "system/services.h"
+
+#include <optional>
+#include <string>
+
+namespace morvane {
+
+/// "Create Library": writes the library's source to `output_path`, in place of the file. False
+/// after a message box (no path, two objects with one identifier, the file cannot be written); an
+/// older file is then as it was. Designs without drawing code are told as hints.
+bool create_library(const Services& services, const LibraryList& list,
+                    const std::string& output_path);
+
+/// The identifier, as text, that two of the list's objects have; of several the first as sorted.
+std::optional<std::string> duplicated_identifier(const LibraryList& list);
+
+} // namespace morvane

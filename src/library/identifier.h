@@ -1,0 +1,20 @@
+#pragma once
+
+#include "base/guid128.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace morvane {
+
+/// Reads four hexadecimal words parted by commas. Blanks do not count, and a word is read up to
+/// the first character that is no hexadecimal digit, so that one may end in "h". Nothing unless
+/// there are exactly four parts of at most eight significant digits.
+std::optional<Guid128> parse_identifier(std::string_view text);
+
+/// The four words with nine hexadecimal digits each, parted by ", ": an operand list of the
+/// assembler when each word ends in "h".
+std::string identifier_text(const Guid128& guid, bool with_h);
+
+} // namespace morvane

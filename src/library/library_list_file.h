@@ -1,0 +1,39 @@
+#pragma once
+
+#include "base/guid128.h"
+#include "library/library_list.h"
+#include "system/services.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+struct LibraryListReading {
+    std::optional<LibraryList> list; // nothing when there are errors
+    std::vector<std::string> errors;
+};
+
+/// Reads a library list file. Designs are named relative to its folder; what it leaves out of
+/// scale, size and name is read from the design. Every error names file, line and key and shows the
+/// line with a caret under the place. Never throws.
+LibraryListReading read_library_list(const Services& services, const std::string& path);
+
+struct GuidFilling {
+    std::size_t filled = 0;
+    std::vector<std::string> errors; // of the list; then it was not changed
+};
+
+/// Gives every object of a list file that has no identifier a new one from `source`, and writes
+/// them into the file; every other byte stays as it is. Throws RuntimeError when the file cannot be
+/// written; then it is as it was.
+GuidFilling generate_guids(const Services& services, const std::string& path,
+                           const std::function<Guid128()>& source);
+
+/// An identifier that nobody has had.
+Guid128 random_guid();
+
+} // namespace morvane

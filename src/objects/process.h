@@ -1,0 +1,29 @@
+#pragma once
+
+#include "objects/parameters.h"
+#include "source/open_set.h"
+#include "system/services.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace morvane {
+
+struct ProcessResult {
+    bool processed = false;
+    std::size_t lines = 0; // what the log calls "Lines of new code"
+};
+
+/// The Process command: turns one marked material (row 1 .. n of the list; 0 when none is
+/// selected) into objects of a kind, files the code for Save, and keeps the light-states entry of
+/// the dictionary for aircraft lights. Not processed, after a message box: no selection, processed
+/// before, no BGL_END line for effects and library calls, a flat windsock triangle, or a run-time
+/// error, which leaves the set exactly as it was.
+///
+/// `trace_folder`: where the trace files are written; none when it is empty.
+ProcessResult process_material(const Services& services, OpenSet& set, std::size_t row, Kind kind,
+                               const Parameters& parameters,
+                               const std::optional<std::string>& trace_folder = {});
+
+} // namespace morvane

@@ -1,0 +1,132 @@
+#include "objects/save.h"
+
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
+#include "source/source_set.h"
+#include "source/text_files.h"
+#include "system/replace_files.h"
+#include "system/text_writer.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+bool is_refused(const OpenSet& set, Reporter& reporter) {
+    if (set.saved) {
+        reporter.message_box(
+            "This file has already been saved. Reload or restore to continue modifications");
+        return true;
+    }
+    if (set.records.empty()) {
+        reporter.message_box("No material matches");
+        return true;
+    }
+    return false;
+}
+
+// The frame file comes first and the model file last, so that whoever finds the new model file
+// finds a frame file that fits.
+std::vector<FileReplacement> replacements(const OpenSet& set, const std::string& output) {
+    std::vector<FileReplacement> files;
+    if (set.frame_changed) {
+        files.push_back({frame_file_name(output), [&set](TextWriter& out) {
+                             write_lines(out, set.frame, 1, set.frame.upper());
+                         }});
+    }
+    files.push_back(
+        {model_file_name(output), [&set](TextWriter& out) { write_merged_model(set, out); }});
+    return files;
+}
+
+// What another program has written into a file of the set since Open would be lost.
+void add_if_changed(Disk& disk, const std::string& target, const std::string& source,
+                    const OpenedFile& opened, const LineStore& store,
+                    std::vector<std::string>& changed) {
+    if (is_same_file(disk, target, source) &&
+        was_changed(disk, target, opened, store.loaded_bytes())) {
+        changed.push_back(target);
+    }
+}
+
+std::vector<std::string> changed_files(Disk& disk, const OpenSet& set, const std::string& output) {
+    std::vector<std::string> changed;
+    add_if_changed(disk, model_file_name(output), model_file_name(set.base), set.model_file,
+                   set.model, changed);
+    if (set.frame_changed) {
+        add_if_changed(disk, frame_file_name(output), frame_file_name(set.base), set.frame_file,
+                       set.frame, changed);
+    }
+    return changed;
+}
+
+bool may_write(const Services& services, const OpenSet& set, const std::string& output) {
+    const std::vector<std::string> changed = changed_files(services.disk, set, output);
+    if (changed.empty()) {
+        return true;
+    }
+    std::string text = "Another program has changed this since it was opened:\n";
+    for (const std::string& path : changed) {
+        text += path + "\n";
+    }
+    return services.reporter.ask(text + "Write over it all the same?", Icon::Exclamation);
+}
+
+} // namespace
+
+std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record) {
+    const auto first = std::find_if(set.generated.begin(), set.generated.end(),
+                                    [&](const GeneratedRow& row) { return row.tag == record.tag; });
+    if (first == set.generated.end()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
+                           "a processed material has no generated code");
+    }
+    std::vector<std::string> lines;
+    for (auto row = first; row != set.generated.end() && row->tag == record.tag; ++row) {
+        lines.push_back(row->text);
+    }
+    return lines;
+}
+
+void write_merged_model(const OpenSet& set, TextWriter& out) {
+    std::size_t next = 1;
+    for (const ReplacementRecord& record : set.records) {
+        write_lines(out, set.model, next, record.insertion_line - 1);
+        for (const std::string& line : generated_lines(set, record)) {
+            out.line(line);
+        }
+        next = record.insertion_line;
+    }
+    write_lines(out, set.model, next, set.model.upper());
+}
+
+SaveResult save_set(const Services& services, OpenSet& set, const std::string& output) {
+    if (is_refused(set, services.reporter)) {
+        return {};
+    }
+    SaveResult result;
+    try {
+        if (!may_write(services, set, output)) {
+            return {};
+        }
+        const std::vector<FileReplacement> files = replacements(set, output);
+        replace_files(services.disk, files);
+        for (const FileReplacement& file : files) {
+            result.paths.insert(result.paths.begin(), file.path);
+        }
+    } catch (const RuntimeError& error) {
+        report_error(services.reporter, error, "ERROR : ", ": ");
+        return {};
+    }
+    set.saved = true;
+    result.saved = true;
+    services.reporter.add_message("Done. ");
+    services.reporter.message_box("Finished. Use 'bglc /bgl " + file_name_part(output) +
+                                      ".asm' to compile.",
+                                  Icon::Information);
+    return result;
+}
+
+} // namespace morvane

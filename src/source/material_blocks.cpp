@@ -1,0 +1,140 @@
+#include "base/errors.h"
+#include "base/text.h"
+#include "source/fields.h"
+#include "source/materials.h"
+
+#include <algorithm>
+#include <functional>
+#include <future>
+#include <unordered_map>
+
+namespace morvane {
+
+namespace {
+
+constexpr std::size_t not_found = 0;
+
+// The state of one material's search while the lines go by.
+struct Search {
+    MaterialBlock block;
+    bool drawing = false; // its DRAW_TRI line has been seen
+};
+
+std::size_t find_overfull_line(const LineStore& model) {
+    for (std::size_t i = 1; i < model.upper(); ++i) {
+        if (has_too_many_operands(model.line(i))) {
+            return i;
+        }
+    }
+    return not_found;
+}
+
+class BlockFinder {
+  public:
+    BlockFinder(const LineStore& model, const std::vector<std::size_t>& numbers)
+        : model_(model), searches_(numbers.size()) {
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            by_key_["MATERIAL " + to_text(numbers[i])].push_back(i);
+        }
+    }
+
+    std::vector<MaterialBlock> run() {
+        // Of a large model another thread does the half of the work that needs no order.
+        constexpr std::size_t worth_a_thread = 20'000; // lines
+        const auto how = model_.count() < worth_a_thread
+                             ? std::launch::deferred
+                             : std::launch::async | std::launch::deferred;
+        auto overfull = std::async(how, find_overfull_line, std::cref(model_));
+        for (std::size_t i = 1; i < model_.upper(); ++i) {
+            look_at(i, model_.line(i));
+        }
+        overfull_line_ = overfull.get();
+        std::vector<MaterialBlock> blocks;
+        for (Search& search : searches_) {
+            require_reached(search.block.selecting_line);
+            MaterialBlock& block = search.block;
+            block.selecting_line =
+                block.selecting_line == not_found ? model_.upper() : block.selecting_line;
+            block.block_end = block.block_end == not_found ? model_.upper() : block.block_end;
+            blocks.push_back(block);
+        }
+        return blocks;
+    }
+
+  private:
+    // Lines that can matter are told from all others by their first letter, which is what makes
+    // the pass fast.
+    void look_at(std::size_t index, std::string_view line) {
+        std::size_t start = 0;
+        while (start < line.size() && (line[start] == ' ' || line[start] == '\x07')) {
+            ++start;
+        }
+        if (start == line.size()) {
+            return;
+        }
+        if (line[start] == 'D' && !open_.empty()) {
+            look_at_drawing(index, trim(line));
+        } else if (line.substr(start).starts_with("MATERIAL") && !has_too_many_operands(line)) {
+            select(index, split_fields(line));
+        }
+    }
+
+    void select(std::size_t index, const FieldArray& fields) {
+        const std::string key = std::string(fields[0]) + " " + std::string(fields[1]);
+        const auto found = by_key_.find(std::string(trim(key)));
+        if (found == by_key_.end()) {
+            return;
+        }
+        for (const std::size_t i : found->second) {
+            MaterialBlock& block = searches_[i].block;
+            if (block.selecting_line != not_found) {
+                ++block.further_places;
+            } else {
+                block.selecting_line = index;
+                open_.push_back(i);
+            }
+        }
+    }
+
+    void look_at_drawing(std::size_t index, std::string_view line) {
+        if (line.starts_with("DRAW_TRI ")) {
+            for (const std::size_t i : open_) {
+                searches_[i].drawing = true;
+            }
+        } else if (line.starts_with("DRAW_TRI_END")) {
+            std::erase_if(open_, [&](std::size_t i) {
+                if (searches_[i].drawing) {
+                    searches_[i].block.block_end = index;
+                }
+                return searches_[i].drawing;
+            });
+        }
+    }
+
+    // A search splits every line up to the one it looks for, and a line that cannot be split ends
+    // it.
+    void require_reached(std::size_t selecting_line) const {
+        const bool stopped = overfull_line_ != not_found &&
+                             (selecting_line == not_found || selecting_line >= overfull_line_);
+        if (stopped) {
+            throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "model file line " +
+                                                                     to_text(overfull_line_) +
+                                                                     " has more than 40 operands");
+        }
+    }
+
+    const LineStore& model_;
+    std::vector<Search> searches_;
+    std::unordered_map<std::string, std::vector<std::size_t>> by_key_;
+    std::vector<std::size_t> open_; // searches whose block end is still to come
+    std::size_t overfull_line_ = not_found;
+};
+
+} // namespace
+
+std::vector<MaterialBlock> find_material_blocks(const LineStore& model,
+                                                const std::vector<std::size_t>& numbers) {
+    return BlockFinder(model, numbers).run();
+}
+
+} // namespace morvane

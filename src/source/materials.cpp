@@ -1,0 +1,128 @@
+#include "source/materials.h"
+
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "source/fields.h"
+
+#include <array>
+#include <cmath>
+
+namespace morvane {
+
+namespace {
+
+struct HighlightColor {
+    std::string_view digits;
+    std::string_view name;
+};
+
+constexpr std::array<HighlightColor, 7> highlight_colors{{
+    {"FF0000", "Blue"},
+    {"00FF00", "Green"},
+    {"FFFF00", "Cyan"},
+    {"0000FF", "Red"},
+    {"FF00FF", "Magenta"},
+    {"00FFFF", "Yellow"},
+    {"FFFFFF", "White"},
+}};
+
+std::size_t find_whole_line(const LineStore& model, std::string_view text) {
+    std::size_t i = 1;
+    while (i < model.upper() && trim(model.line(i)) != text) {
+        ++i;
+    }
+    return i;
+}
+
+} // namespace
+
+std::vector<Material> find_material_list(const LineStore& model) {
+    std::vector<Material> materials;
+    std::size_t i = find_whole_line(model, "MATERIAL_LIST_BEGIN") + 1;
+    while (i < model.upper() && trim(model.line(i)) != "MATERIAL_LIST_END") {
+        materials.push_back({std::string(trim(model.line(i))), i});
+        ++i;
+    }
+    return materials;
+}
+
+std::size_t find_vertex_list(const LineStore& model) {
+    return find_whole_line(model, "VERTEX_LIST_BEGIN") + 1;
+}
+
+std::optional<int> match_highlight(std::string_view material_line) {
+    const FieldArray fields = split_fields(material_line);
+    int index = 0;
+    for (const std::size_t operand : {8, 9, 10}) {
+        const double part = val(fields[operand]);
+        if (part != 0 && part != 1) {
+            return std::nullopt;
+        }
+        index = 2 * index + (part == 1 ? 1 : 0);
+    }
+    return index == 0 ? std::nullopt : std::optional(index);
+}
+
+std::string_view highlight_digits(int color_index) {
+    return highlight_colors.at(static_cast<std::size_t>(color_index) - 1).digits;
+}
+
+std::string_view highlight_color_name(std::string_view digits) {
+    for (const HighlightColor& color : highlight_colors) {
+        if (color.digits == digits) {
+            return color.name;
+        }
+    }
+    return {};
+}
+
+std::string material_color(std::string_view material_line) {
+    const FieldArray fields = split_fields(material_line);
+    std::string color;
+    for (const std::size_t operand : {1, 2, 3}) {
+        const std::int32_t part = round_to_int32(std::floor(val(fields[operand]) * 255));
+        const std::string padded = "00" + hex_text(static_cast<std::uint32_t>(part));
+        color += padded.substr(padded.size() - 2);
+    }
+    return color;
+}
+
+std::string swap_rgb(std::string_view color) {
+    const std::string_view last = color.substr(color.size() < 2 ? 0 : color.size() - 2);
+    const std::string_view middle = color.size() < 3 ? std::string_view() : color.substr(2, 2);
+    return std::string(last) + std::string(middle) + std::string(color.substr(0, 2));
+}
+
+MaterialBlock find_material_block(const LineStore& model, std::size_t number) {
+    return find_material_blocks(model, {number}).front();
+}
+
+std::vector<Translation> build_translation_list(const LineStore& model,
+                                                const std::vector<Material>& materials) {
+    std::vector<Translation> rows;
+    std::vector<std::size_t> numbers;
+    for (std::size_t i = 0; i < materials.size(); ++i) {
+        const auto index = match_highlight(materials[i].text);
+        if (!index) {
+            continue;
+        }
+        if (rows.size() == OpenSet::max_translations) {
+            throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "more than 300 marked materials");
+        }
+        numbers.push_back(i);
+        rows.push_back({i,
+                        materials[i].list_line,
+                        {},
+                        std::string(highlight_digits(*index)),
+                        material_color(materials[i].text),
+                        {}});
+    }
+    const std::vector<MaterialBlock> blocks = find_material_blocks(model, numbers);
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        rows[row].block = blocks[row];
+    }
+    return rows;
+}
+
+} // namespace morvane

@@ -1,0 +1,40 @@
+#include "source/open_set.h"
+
+#include "base/errors.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace morvane {
+
+void NewCodeBuffer::set_line(std::size_t index, std::string text) {
+    if (index >= lines.size()) {
+        lines.resize(index + 1);
+    }
+    lines[index] = std::move(text);
+}
+
+void NewCodeBuffer::cut_back_to(std::size_t old_base) {
+    base = old_base;
+    lines.resize(std::min(lines.size(), old_base + 1));
+}
+
+const Translation& OpenSet::translation(std::size_t row) const {
+    if (row < 1 || row > translations.size()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "material " + to_text(row));
+    }
+    return translations[row - 1];
+}
+
+Translation& OpenSet::translation(std::size_t row) {
+    return const_cast<Translation&>(std::as_const(*this).translation(row));
+}
+
+std::size_t OpenSet::unprocessed() const {
+    return static_cast<std::size_t>(
+        std::count_if(translations.begin(), translations.end(),
+                      [](const Translation& row) { return row.processed.empty(); }));
+}
+
+} // namespace morvane

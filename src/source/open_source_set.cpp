@@ -1,0 +1,122 @@
+#include "source/open_source_set.h"
+
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
+#include "base/text.h"
+#include "source/materials.h"
+#include "source/placement.h"
+#include "source/source_set.h"
+#include "system/disk.h"
+
+namespace morvane {
+
+namespace {
+
+// A base typed with the ending of one of its files is the usual slip.
+void note_typed_extension(const Services& services, const std::string& base) {
+    for (const std::string_view ending : {"_0.asm", ".asm"}) {
+        if (has_ending(base, ending)) {
+            const std::string without = base.substr(0, base.size() - ending.size());
+            services.reporter.note({"The path is typed without an ending: '" + without +
+                                    "' instead of '" + base + "'."});
+            return;
+        }
+    }
+}
+
+bool files_exist(const Services& services, const std::string& base) {
+    for (const std::string& name : {model_file_name(base), frame_file_name(base)}) {
+        if (!services.disk.is_file(name)) {
+            services.reporter.message_box(
+                "Please enter valid input file. " + name + " file not found", Icon::Critical);
+            note_typed_extension(services, base);
+            if (services.disk.is_folder(base)) {
+                services.reporter.note({"'" + base + "' is a folder."});
+            }
+            return false;
+        }
+    }
+    return true;
+}
+
+void note_further_places(const OpenSet& set, Reporter& reporter) {
+    for (std::size_t row = 1; row <= set.translations.size(); ++row) {
+        const std::size_t places = set.translation(row).block.further_places;
+        if (places > 0) {
+            reporter.note({"material " + to_text(row) + " is drawn in " + to_text(places) +
+                           (places == 1 ? " more place, which stays as it is."
+                                        : " more places, which stay as they are.")});
+        }
+    }
+}
+
+bool is_usable(const OpenSet& set) {
+    // Without a marked material the line looked at is the first of the file: such a set is refused.
+    const std::size_t selecting =
+        set.translations.empty() ? 0 : set.translation(1).block.selecting_line;
+    return trim(set.model.line(selecting + 1)).starts_with("DRA");
+}
+
+void list_colors(const OpenSet& set, Reporter& reporter) {
+    reporter.add_message("");
+    for (const Translation& row : set.translations) {
+        reporter.add_message("  " + row.color);
+    }
+    reporter.add_message("Material colors : ");
+}
+
+bool analyse(const Services& services, OpenSet& set) {
+    Reporter& reporter = services.reporter;
+    reporter.add_message("ASM file:" + set.model.element0() + " lines of code");
+    reporter.add_message("AZM file:" + set.frame.element0() + " lines of code");
+    set.materials = find_material_list(set.model);
+    reporter.add_message("Materials found : " + to_text(set.materials.size()) + " ");
+    set.vertex_list = find_vertex_list(set.model);
+    set.translations = build_translation_list(set.model, set.materials);
+    reporter.add_message("Materials for translation : " + to_text(set.translations.size()));
+    if (!is_usable(set)) {
+        reporter.message_box("This file cannot be used. (Already processed ?)", Icon::Critical);
+        return false;
+    }
+    list_colors(set, reporter);
+    set.placement = read_placement(set.frame, reporter);
+    note_further_places(set, reporter);
+    return true;
+}
+
+} // namespace
+
+bool open_source_set(const Services& services, OpenSet& set, const std::string& base) {
+    if (!files_exist(services, base)) {
+        return false;
+    }
+    try {
+        set = OpenSet();
+        set.base = base;
+        services.reporter.clear_messages();
+        set.model_file = look_at_file(services.disk, model_file_name(base));
+        set.frame_file = look_at_file(services.disk, frame_file_name(base));
+        if (load_source_set(services, base, set.model, set.frame) == 0) {
+            return false;
+        }
+        set.opened = analyse(services, set);
+        return set.opened;
+    } catch (const RuntimeError& error) {
+        report_error(services.reporter, error, "Error : ", " :");
+        return false;
+    }
+}
+
+std::size_t count_triangles(const LineStore& model, const MaterialBlock& block) {
+    std::size_t count = 0;
+    for (std::size_t i = block.selecting_line + 2; i <= model.upper(); ++i) {
+        if (!trim(model.line(i)).starts_with("DRAW_TRI ")) {
+            break;
+        }
+        ++count;
+    }
+    return count;
+}
+
+} // namespace morvane

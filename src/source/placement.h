@@ -1,0 +1,14 @@
+#pragma once
+
+#include "base/reporter.h"
+#include "source/open_set.h"
+
+namespace morvane {
+
+/// Reads the placement from the frame's SCALE_AGL lines, of which the last one wins, and the
+/// rotation from an INSTANCE_CALL line directly behind, which goes to the message log.
+///
+/// The longitude's fraction is used for the latitude too: this asymmetry is intended.
+Placement read_placement(const LineStore& frame, Reporter& reporter);
+
+} // namespace morvane

@@ -1,0 +1,46 @@
+#include "system/program_folder.h"
+
+#include "base/errors.h"
+#include "base/paths.h"
+#include "system/disk.h"
+
+namespace morvane {
+
+namespace {
+
+std::string created(Disk& disk, const std::string& folder) {
+    if (!disk.is_folder(folder)) {
+        disk.create_folder(folder);
+    }
+    return folder;
+}
+
+} // namespace
+
+std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choices) {
+    if (!choices.option.empty()) {
+        return created(disk, choices.option);
+    }
+    if (!choices.environment.empty()) {
+        return created(disk, choices.environment);
+    }
+    if (!choices.executable_folder.empty() && disk.is_writable_folder(choices.executable_folder)) {
+        return choices.executable_folder;
+    }
+    if (choices.user_data_folder.empty()) {
+        throw RuntimeError(ErrorNumber::PathNotFound, "no folder for the program's own files");
+    }
+    return created(disk, choices.user_data_folder);
+}
+
+std::string user_data_folder(const std::string& data_home, const std::string& home) {
+    if (data_home.starts_with('/')) {
+        return join_path(data_home, "morvane");
+    }
+    if (home.empty()) {
+        return {};
+    }
+    return join_path(join_path(join_path(home, ".local"), "share"), "morvane");
+}
+
+} // namespace morvane

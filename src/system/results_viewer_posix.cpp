@@ -1,0 +1,9 @@
+#include "system/results_viewer.h"
+
+namespace morvane {
+
+std::unique_ptr<ResultsViewer> make_system_viewer() {
+    return nullptr;
+}
+
+} // namespace morvane

@@ -1,0 +1,74 @@
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/wide_text.h"
+#include "system/results_viewer.h"
+#include "system/windows_command_line.h"
+
+#include <algorithm>
+#include <windows.h>
+
+namespace morvane {
+
+namespace {
+
+// Not the first one on the PATH: the current folder comes before that.
+std::string notepad_program() {
+    std::wstring folder(MAX_PATH, L'\0');
+    folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
+    return join_path(narrow_text(folder), "notepad.exe");
+}
+
+// Notepad takes what begins with "/" for an option.
+std::string with_backslashes(std::string path) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+void start_notepad(const std::string& path) {
+    const std::string program = notepad_program();
+    std::wstring line = wide_text(windows_program_line({{program, with_backslashes(path)}}));
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(wide_text(program).c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                       nullptr, &startup, &process) == 0) {
+        throw RuntimeError(ErrorNumber::FileNotFound, program);
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+}
+
+void activate(HWND window) {
+    if (IsIconic(window) != 0) {
+        ShowWindow(window, SW_RESTORE);
+    }
+    SetForegroundWindow(window);
+}
+
+class Notepad final : public ResultsViewer {
+  public:
+    // The title is all there is to know a window by: it names the file without its folder.
+    void show_file(const std::string& path) override {
+        const std::string title = file_name_part(path) + " - Notepad";
+        if (HWND window = FindWindowExA(nullptr, nullptr, nullptr, title.c_str())) {
+            activate(window);
+        } else {
+            start_notepad(path);
+        }
+    }
+
+    // At once: what Notepad shows is what has been written by then.
+    void follow(const std::string& path, std::unique_ptr<RunningProgram> /*program*/) override {
+        start_notepad(path);
+    }
+};
+
+} // namespace
+
+std::unique_ptr<ResultsViewer> make_system_viewer() {
+    return std::make_unique<Notepad>();
+}
+
+} // namespace morvane

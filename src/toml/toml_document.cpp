@@ -1,0 +1,138 @@
+#include "toml/toml_document.h"
+
+#include "base/errors.h"
+#include "base/windows1252.h"
+#include "system/disk.h"
+#include "system/file_bytes.h"
+#include "toml/nearest_key.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+constexpr std::uint64_t most_bytes = std::uint64_t{1024} * 1024;
+constexpr std::ptrdiff_t most_dots = 500;
+
+Place from_toml(const toml::source_position& position) {
+    return {position.line, position.column};
+}
+
+TomlReading refused(const std::string& path, const std::string& problem) {
+    return {std::nullopt, {path + ": " + problem}};
+}
+
+// A text saved with another encoding. What follows the first wrong byte is shown as what it most
+// likely is.
+TomlReading not_utf8(const std::string& path, std::string_view text, std::size_t valid) {
+    const std::string shown = std::string(text.substr(0, valid)) + to_utf8(text.substr(valid));
+    DocumentErrors errors(path, shown);
+    errors.add(place_of(shown, valid),
+               "this is not UTF-8 text; save the file with the encoding UTF-8");
+    return {std::nullopt, errors.texts()};
+}
+
+// Every dot between two keys is one more table inside a table, and the parser goes one call deeper
+// for each when it takes them down.
+std::optional<std::size_t> too_deep_line(std::string_view text) {
+    const std::vector<std::string_view> lines = document_lines(text);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (std::count(lines[i].begin(), lines[i].end(), '.') > most_dots) {
+            return i + 1;
+        }
+    }
+    return std::nullopt;
+}
+
+TomlReading parse(const std::string& path, std::string text) {
+    DocumentErrors errors(path, text);
+    if (const auto line = too_deep_line(text)) {
+        errors.add({*line, 1}, "tables nested too deeply");
+        return {std::nullopt, errors.texts()};
+    }
+    try {
+        toml::table table = toml::parse(std::string_view(text), path);
+        return {TomlDocument{path, std::move(text), std::move(table)}, {}};
+    } catch (const toml::parse_error& error) {
+        errors.add(from_toml(error.source().begin), std::string(error.description()));
+        return {std::nullopt, errors.texts()};
+    }
+}
+
+TomlReading read_checked(Disk& disk, const std::string& path, std::string_view what) {
+    if (disk.is_folder(path)) {
+        return refused(path, "this is a folder, not a " + std::string(what) + ".");
+    }
+    if (disk.is_file(path) && disk.stamp(path).size > most_bytes) {
+        return refused(path, "the file is too large for a " + std::string(what) + " (over 1 MiB).");
+    }
+    const FileBytes bytes = read_bytes(disk, path);
+    const std::size_t valid = valid_utf8_length(bytes.view());
+    if (valid < bytes.size) {
+        return not_utf8(path, bytes.view(), valid);
+    }
+    return parse(path, std::string(bytes.view()));
+}
+
+} // namespace
+
+TomlReading read_toml(Disk& disk, const std::string& path, std::string_view what) {
+    try {
+        return read_checked(disk, path, what);
+    } catch (const RuntimeError& error) {
+        return refused(path, std::string(error.description()) + ".");
+    }
+}
+
+std::vector<TomlEntry> entries_of(const toml::table& table) {
+    std::vector<TomlEntry> entries;
+    for (auto&& [key, value] : table) {
+        entries.push_back(
+            {key.str(), value, from_toml(key.source().begin), from_toml(value.source().begin)});
+    }
+    return entries;
+}
+
+namespace {
+
+std::string header_text(std::string_view name) {
+    return "[[" + std::string(name) + "]]";
+}
+
+// The tables of the entry that bears the right name.
+std::vector<TomlElement> elements_of(const TomlEntry& entry, DocumentErrors& errors) {
+    std::vector<TomlElement> elements;
+    const toml::array* array = entry.value.as_array();
+    if (array == nullptr || (!array->empty() && !array->is_array_of_tables())) {
+        errors.add(entry.key_place,
+                   "\"" + std::string(entry.key) +
+                       "\" must be written with two brackets: " + header_text(entry.key));
+        return elements;
+    }
+    for (const toml::node& node : *array) {
+        elements.push_back({*node.as_table(), from_toml(node.source().begin)});
+    }
+    return elements;
+}
+
+} // namespace
+
+std::vector<TomlElement> elements_of(const TomlDocument& document, std::string_view name,
+                                     DocumentErrors& errors) {
+    std::vector<TomlElement> elements;
+    for (const TomlEntry& entry : entries_of(document.table)) {
+        if (entry.key == name) {
+            elements = elements_of(entry, errors);
+            continue;
+        }
+        errors.add(entry.key_place, "unknown key \"" + std::string(entry.key) + "\" outside of " +
+                                        header_text(name) + suggestion(entry.key, {name}));
+    }
+    if (elements.empty() && errors.empty()) {
+        errors.add({}, "there is no " + header_text(name) + " in this file");
+    }
+    return elements;
+}
+
+} // namespace morvane

@@ -1,9 +1,0 @@
-#include "tools/results_viewer.h"
-
-namespace morvane {
-
-std::unique_ptr<ResultsViewer> make_system_viewer() {
-    return nullptr;
-}
-
-} // namespace morvane

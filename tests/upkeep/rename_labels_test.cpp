@@ -1,0 +1,100 @@
+#include "support/faulty_disk.h"
+#include "support/recording_reporter.h"
+#include "support/temp_folder.h"
+#include "upkeep/rename_labels.h"
+
+#include <gtest/gtest.h>
+
+namespace morvane::test {
+namespace {
+
+using Boxes = std::vector<RecordingReporter::Box>;
+using Names = std::vector<std::string>;
+
+class RenameLabels : public testing::Test {
+  protected:
+    TempFolder folder;
+    FaultyDisk disk;
+    RecordingReporter reporter;
+    Services services{disk, reporter};
+};
+
+TEST_F(RenameLabels, LogsAsksAndSaves) {
+    const std::string path =
+        folder.write("wing_0.asm", "wing label BGLCODE\r\n  CALL wing\r\nend label x\r\n");
+    EXPECT_EQ(rename_labels(services, path, "G2"), Outcome::Done);
+    EXPECT_EQ(reporter.messages,
+              (Names{"Open file returned 4 lines of code", "Labels mofilied : 2", "File saved"}));
+    ASSERT_EQ(reporter.questions.size(), 1U);
+    EXPECT_EQ(reporter.questions[0].text, "Do you want to save the changes ? ");
+    EXPECT_EQ(reporter.questions[0].icon, Icon::None);
+    EXPECT_EQ(reporter.questions[0].title, "File replace");
+    EXPECT_EQ(folder.read("wing_0.asm"),
+              "wingG2 label BGLCODE\r\n  CALL wingG2\r\nendG2 label x\r\n\r\n");
+}
+
+TEST_F(RenameLabels, NoDropsTheChanges) {
+    const std::string path = folder.write("wing_0.asm", "wing label BGLCODE\n");
+    reporter.answer = false;
+    EXPECT_EQ(rename_labels(services, path, "G2"), Outcome::Declined);
+    EXPECT_EQ(reporter.messages.back(), "Labels mofilied : 1");
+    EXPECT_EQ(folder.read("wing_0.asm"), "wing label BGLCODE\n");
+}
+
+TEST_F(RenameLabels, AnEmptySuffixSavesTheSameLines) {
+    const std::string path = folder.write("wing_0.asm", "wing label BGLCODE\r\n\tx\r\n");
+    EXPECT_EQ(rename_labels(services, path, ""), Outcome::Done);
+    EXPECT_EQ(folder.read("wing_0.asm"), "wing label BGLCODE\r\n\tx\r\n\r\n");
+}
+
+TEST_F(RenameLabels, AMissingFileGivesBothMessages) {
+    const std::string path = folder.file("none.asm");
+    EXPECT_EQ(rename_labels(services, path, "G2"), Outcome::Failed);
+    EXPECT_EQ(reporter.boxes,
+              (Boxes{{"Error ! File does not exist: (" + path + ").", Icon::Critical},
+                     {"File returns no lines.", Icon::Critical}}));
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST_F(RenameLabels, AnEmptyFileReturnsNoLines) {
+    const std::string path = folder.write("empty.asm", "");
+    EXPECT_EQ(rename_labels(services, path, "G2"), Outcome::Failed);
+    EXPECT_EQ(reporter.boxes, (Boxes{{"File returns no lines.", Icon::Critical}}));
+    EXPECT_EQ(folder.read("empty.asm"), "");
+    EXPECT_TRUE(reporter.questions.empty());
+}
+
+TEST_F(RenameLabels, TooManyLabelsIsReportedAndNothingSaved) {
+    std::string text;
+    for (int i = 0; i < 2001; ++i) {
+        text += "n" + std::to_string(i) + " label x\r\n";
+    }
+    const std::string path = folder.write("many.asm", text);
+    EXPECT_EQ(rename_labels(services, path, "G2"), Outcome::Failed);
+    EXPECT_EQ(reporter.boxes, (Boxes{{"Error : 9 :Subscript out of range", Icon::None}}));
+    EXPECT_EQ(folder.read("many.asm"), text);
+}
+
+TEST_F(RenameLabels, EveryFaultLeavesTheOldFileOrTheNew) {
+    const std::string old_text = "wing label BGLCODE\r\n";
+    for (std::size_t n = 1; n < 30; ++n) {
+        const std::string path = folder.write("wing.asm", old_text);
+        disk.fail_at(n, ErrorNumber::PermissionDenied);
+        reporter.boxes.clear();
+        const Outcome outcome = rename_labels(services, path, "G2");
+        EXPECT_EQ(folder.names(), Names{"wing.asm"}) << n;
+        const bool saved = outcome == Outcome::Done;
+        EXPECT_EQ(folder.read("wing.asm"), saved ? "wingG2 label BGLCODE\r\n\r\n" : old_text);
+        if (disk.calls() < n) {
+            EXPECT_TRUE(saved);
+            return;
+        }
+        if (n > 1 && !saved) {
+            EXPECT_EQ(reporter.boxes, (Boxes{{"Error : 70 :Permission denied", Icon::None}})) << n;
+        }
+    }
+    FAIL() << "saving made too many calls";
+}
+
+} // namespace
+} // namespace morvane::test
