@@ -5,9 +5,9 @@
 #include "system/results_viewer.h"
 #include "ui/appearance.h"
 #include "ui/desk.h"
-#include "ui/dialogs.h"
-#include "ui/form1.h"
-#include "ui/message_log.h"
+#include "ui/dialogs/dialogs.h"
+#include "ui/main_window/main_window.h"
+#include "ui/models/message_log.h"
 #include "ui/program.h"
 #include "ui/qt_text.h"
 
@@ -52,7 +52,7 @@ int run(const QApplication& application) {
     morvane::Desk desk{*disk, dialogs, *launcher, log,
                        morvane::resolve_program_folder(*disk, places)};
     desk.viewer = viewer.get();
-    morvane::Form1 window(desk);
+    morvane::MainWindow window(desk);
     window.show();
     if (!line.path.isEmpty()) {
         window.open_file(line.path);

@@ -1,7 +1,7 @@
 #include "ui/qt_reporter.h"
 
-#include "ui/dialogs.h"
-#include "ui/message_log.h"
+#include "ui/dialogs/dialogs.h"
+#include "ui/models/message_log.h"
 #include "ui/qt_text.h"
 
 #include <utility>

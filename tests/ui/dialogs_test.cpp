@@ -1,9 +1,9 @@
 // Every rule of the parameter dialogs.
 
-#include "ui/color_swatch.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
-#include "ui/step_marker.h"
+#include "ui/widgets/color_swatch.h"
+#include "ui/widgets/step_marker.h"
 
 #include <QCheckBox>
 #include <QClipboard>

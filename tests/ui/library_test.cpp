@@ -1,7 +1,7 @@
 // The library browser.
 
 #include "bgl/bgl_files.h"
-#include "ui/object_model.h"
+#include "ui/models/object_model.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
 

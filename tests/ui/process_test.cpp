@@ -3,7 +3,7 @@
 #include "ui/cli.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
-#include "ui/step_marker.h"
+#include "ui/widgets/step_marker.h"
 
 #include <QLabel>
 

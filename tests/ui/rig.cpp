@@ -67,7 +67,7 @@ void Rig::restart() {
     }
     form.reset();
     log.clear();
-    form = std::make_unique<Form1>(desk);
+    form = std::make_unique<MainWindow>(desk);
     form->show();
     QApplication::setActiveWindow(form.get());
 }

@@ -4,8 +4,8 @@
 #include "system/disk.h"
 #include "system/launch.h"
 #include "ui/desk.h"
-#include "ui/form1.h"
-#include "ui/message_log.h"
+#include "ui/main_window/main_window.h"
+#include "ui/models/message_log.h"
 #include "ui/scripted_dialogs.h"
 
 #include <QAbstractButton>
@@ -70,7 +70,7 @@ class Rig {
     ScriptedDialogs dialogs;
     MessageLog log;
     Desk desk;
-    std::unique_ptr<Form1> form;
+    std::unique_ptr<MainWindow> form;
 };
 
 } // namespace morvane::test

@@ -1,9 +1,9 @@
 // Opening a set, selecting its materials, leaving it.
 
-#include "ui/color_swatch.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
-#include "ui/step_marker.h"
+#include "ui/widgets/color_swatch.h"
+#include "ui/widgets/step_marker.h"
 
 #include <QClipboard>
 #include <QDragEnterEvent>

@@ -3,9 +3,9 @@
 
 #include "system/disk.h"
 #include "system/launch.h"
-#include "ui/dialogs.h"
-#include "ui/form1.h"
-#include "ui/message_log.h"
+#include "ui/dialogs/dialogs.h"
+#include "ui/main_window/main_window.h"
+#include "ui/models/message_log.h"
 #include "ui/program.h"
 
 #include <QApplication>
@@ -52,7 +52,7 @@ void measure(long long start_ns, const QString& base) {
     SystemDialogs dialogs;
     MessageLog log;
     Desk desk{*disk, dialogs, *launcher, log, settings.path().toStdString()};
-    Form1 window(desk);
+    MainWindow window(desk);
     FirstPaint first_paint(start_ns);
     window.installEventFilter(&first_paint);
     window.show();

@@ -1,0 +1,85 @@
+#include "ui/dialogs/dialogs.h"
+
+#include "ui/hourglass.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace morvane {
+
+namespace {
+
+QMessageBox::Icon box_icon(Icon icon) {
+    switch (icon) {
+    case Icon::Critical:
+        return QMessageBox::Critical;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+void prepare(QMessageBox& box, const QString& text, Icon icon, const QString& title) {
+    box.setTextFormat(Qt::PlainText); // a path may hold what looks like markup
+    box.setText(text);
+    box.setIcon(box_icon(icon));
+    box.setWindowTitle(title.isEmpty() ? QStringLiteral("Morvane") : title);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+} // namespace
+
+void SystemDialogs::show_box(QWidget* parent, const QString& text, Icon icon) {
+    const PointerPause pause;
+    QMessageBox box(parent);
+    prepare(box, text, icon, {});
+    box.setStandardButtons(QMessageBox::Ok);
+    box.exec();
+}
+
+bool SystemDialogs::ask(QWidget* parent, const QString& text, Icon icon, const QString& title) {
+    const PointerPause pause;
+    QMessageBox box(parent);
+    prepare(box, text, icon, title);
+    box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+Unsaved SystemDialogs::ask_unsaved(QWidget* parent, const QString& text) {
+    const PointerPause pause;
+    QMessageBox box(parent);
+    prepare(box, text, Icon::Question, {});
+    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Save);
+    switch (box.exec()) {
+    case QMessageBox::Save:
+        return Unsaved::Save;
+    case QMessageBox::Discard:
+        return Unsaved::Discard;
+    default:
+        return Unsaved::Cancel;
+    }
+}
+
+QString SystemDialogs::open_file(QWidget* parent, const QString& title, const QString& folder,
+                                 const QString& filter) {
+    const PointerPause pause;
+    return QDir::toNativeSeparators(QFileDialog::getOpenFileName(parent, title, folder, filter));
+}
+
+QString SystemDialogs::save_file(QWidget* parent, const QString& title, const QString& path,
+                                 const QString& filter) {
+    const PointerPause pause;
+    return QDir::toNativeSeparators(QFileDialog::getSaveFileName(parent, title, path, filter));
+}
+
+} // namespace morvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "objects/parameters.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace morvane {
+
+/// "Library Placer": edits a copy of the library parameters and hands it back on O.K.
+class LibraryDialog : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit LibraryDialog(LibraryParameters& parameters, QWidget* parent = nullptr);
+    ~LibraryDialog() override;
+
+    /// Puts an identifier into the field, for the library browser.
+    void take_identifier(const QString& identifier);
+    void accept() override;
+
+  Q_SIGNALS:
+    void library_tool_wanted();
+    void search_results_wanted();
+
+  private:
+    struct Controls;
+
+    std::unique_ptr<Controls> ui_;
+    LibraryParameters& parameters_;
+};
+
+} // namespace morvane

@@ -1,0 +1,110 @@
+#include "ui/dialogs/model_modifier.h"
+
+#include "aircraft/assemble_aircraft.h"
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/reporter.h"
+#include "source/chosen_file.h"
+#include "source/source_set.h"
+#include "ui/dialogs/dialogs.h"
+#include "ui/dialogs/ui_model_modifier.h"
+#include "ui/hourglass.h"
+#include "ui/qt_text.h"
+#include "ui/set_up.h"
+#include "upkeep/backup.h"
+#include "upkeep/settings.h"
+
+namespace morvane {
+
+struct ModelModifier::Controls : SetUp<Ui::ModelModifier> {
+    using SetUp::SetUp;
+
+    QCheckBox& wings = *chkWings;
+    QCheckBox& shadow = *chkShadow;
+    QPushButton& close = *Command1;
+    QPushButton& process = *Command2;
+    QPushButton& backup = *Command3;
+    QPushButton& restore = *Command4;
+    std::array<QLineEdit*, path_count> paths{fnModel_0, fnModel_1, fnModel_2, fnModel_3, fnModel_4};
+    std::array<QPushButton*, path_count> browse{Command8_0, Command8_1, Command8_2, Command8_3,
+                                                Command8_4};
+};
+
+ModelModifier::ModelModifier(Desk& desk, WindowState& state)
+    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)),
+      reporter_(desk.log, desk.dialogs, this) {
+    const AircraftPaths kept = read_aircraft_paths(services(), desk.program_folder);
+    for (std::size_t i = 0; i < path_count; ++i) {
+        ui_->paths.at(i)->setText(shown_text(kept.at(i)));
+    }
+    connect_controls();
+}
+
+ModelModifier::~ModelModifier() = default;
+
+void ModelModifier::connect_controls() {
+    for (std::size_t i = 0; i < path_count; ++i) {
+        connect(ui_->browse.at(i), &QPushButton::clicked, this, [this, i] { browse(i); });
+    }
+    connect(&ui_->wings, &QCheckBox::toggled, this, [this](bool checked) {
+        for (const std::size_t part : {Fuselage, WingsHigh, WingsLow}) {
+            allow(part, checked);
+        }
+    });
+    connect(&ui_->shadow, &QCheckBox::toggled, this,
+            [this](bool checked) { allow(Shadow, checked); });
+    connect(&ui_->close, &QPushButton::clicked, this, &QWidget::close);
+    connect(&ui_->process, &QPushButton::clicked, this, &ModelModifier::process_aircraft);
+    connect(&ui_->backup, &QPushButton::clicked, this, &ModelModifier::backup);
+    connect(&ui_->restore, &QPushButton::clicked, this, &ModelModifier::restore);
+}
+
+void ModelModifier::allow(std::size_t part, bool allowed) {
+    ui_->paths.at(part)->setEnabled(allowed);
+    ui_->browse.at(part)->setEnabled(allowed);
+}
+
+std::array<std::string, ModelModifier::path_count> ModelModifier::paths() const {
+    std::array<std::string, path_count> result;
+    for (std::size_t i = 0; i < path_count; ++i) {
+        result.at(i) = path_bytes(ui_->paths.at(i)->text());
+    }
+    return result;
+}
+
+void ModelModifier::browse(std::size_t part) {
+    const QString folder = shown_text(folder_part(model_file_name(paths().at(part))));
+    const QString chosen = desk_.dialogs.open_file(this, tr("Choose the exported model"), folder,
+                                                   dialog_filter(shown_text(source_file_filter)));
+    if (const auto base = base_of_chosen_file(path_bytes(chosen))) {
+        ui_->paths.at(part)->setText(shown_text(*base));
+    }
+}
+
+void ModelModifier::process_aircraft() {
+    const Hourglass hourglass;
+    assemble_aircraft(services(), {paths(), ui_->wings.isChecked(), ui_->shadow.isChecked(),
+                                   desk_.program_folder, desk_.program_folder});
+}
+
+void ModelModifier::backup() {
+    const Hourglass hourglass;
+    const auto bases = paths();
+    backup_aircraft_sets(services(), {bases.begin(), bases.end()});
+}
+
+void ModelModifier::restore() {
+    const Hourglass hourglass;
+    const auto bases = paths();
+    restore_source_sets(services(), {bases.begin(), bases.end()});
+}
+
+void ModelModifier::leaving() {
+    try {
+        write_aircraft_paths(desk_.disk, desk_.program_folder, paths());
+    } catch (const RuntimeError& error) {
+        report_error(reporter_, error, "Error : ", " :");
+    }
+}
+
+} // namespace morvane

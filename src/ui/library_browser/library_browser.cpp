@@ -1,0 +1,129 @@
+#include "ui/library_browser/library_browser.h"
+
+#include "base/errors.h"
+#include "base/reporter.h"
+#include "system/disk.h"
+#include "ui/dialogs/dialogs.h"
+#include "ui/library_browser/controls.h"
+#include "ui/qt_text.h"
+#include "upkeep/settings.h"
+
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QKeySequence>
+
+namespace morvane {
+
+LibraryBrowser::LibraryBrowser(Desk& desk, WindowState& state)
+    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)),
+      reporter_(desk.log, desk.dialogs, this,
+                [this](std::string_view what, std::size_t done, std::size_t total) {
+                    return show_progress(what, done, total);
+                }),
+      inspector_({desk.disk, reporter_}, desk.program_folder) {
+    ui_->busyBar->hide();
+    ui_->splitter->setStretchFactor(1, 1);
+    prepare_files();
+    prepare_report();
+    prepare_objects();
+    connect_buttons();
+}
+
+LibraryBrowser::~LibraryBrowser() = default;
+
+void LibraryBrowser::prepare_report() {
+    ui_->report.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    inspector_.box.on_text = [this](std::string_view text) { append_report(text); };
+    inspector_.box.on_clear = [this] {
+        pending_report_.clear();
+        ui_->report.clear();
+    };
+}
+
+void LibraryBrowser::prepare_objects() {
+    shown_objects_.setSourceModel(&objects_);
+    ui_->objectTable->setModel(&shown_objects_);
+    ui_->objectTable->verticalHeader()->hide();
+    ui_->objectTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    ui_->objectTable->horizontalHeader()->setStretchLastSection(true);
+    ui_->objectTable->horizontalHeader()->setHighlightSections(false);
+    ui_->objectTable->sortByColumn(ObjectModel::Name, Qt::AscendingOrder);
+    ui_->objectTable->installEventFilter(this);
+    connect(ui_->objectFilter, &QLineEdit::textChanged, &shown_objects_, &ObjectFilter::set_text);
+    connect(ui_->objectTable, &QTableView::doubleClicked, this, &LibraryBrowser::copy_identifier);
+    connect(ui_->copyIdentifier, &QPushButton::clicked, this, &LibraryBrowser::copy_identifier);
+}
+
+void LibraryBrowser::connect_buttons() {
+    connect(&ui_->analyse, &QPushButton::clicked, this, &LibraryBrowser::analyse);
+    connect(&ui_->browse, &QPushButton::clicked, this, &LibraryBrowser::browse);
+    connect(&ui_->search, &QPushButton::clicked, this, &LibraryBrowser::search);
+    connect(&ui_->clear, &QPushButton::clicked, this, [this] { inspector_.box.clear(); });
+    connect(&ui_->make_universal, &QPushButton::clicked, this,
+            &LibraryBrowser::make_file_universal);
+    connect(&ui_->revert, &QPushButton::clicked, this, &LibraryBrowser::revert_file);
+    connect(ui_->stopButton, &QPushButton::clicked, this, [this] { stop_wanted_ = true; });
+    connect(&ui_->file_name, &QLineEdit::returnPressed, this,
+            [this] { select_file(ui_->file_name.text()); });
+}
+
+void LibraryBrowser::browse() {
+    const QString chosen = desk_.dialogs.open_file(this, tr("Choose a BGL file"), folder(),
+                                                   dialog_filter(QStringLiteral("BGL file|*.bgl")));
+    if (!chosen.isEmpty()) {
+        select_file(chosen);
+    }
+}
+
+// One key is enough: Enter or Copy on an object.
+bool LibraryBrowser::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->objectTable && event->type() == QEvent::KeyPress) {
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter ||
+            key.matches(QKeySequence::Copy)) {
+            copy_identifier();
+            return true;
+        }
+    }
+    return ToolForm::eventFilter(watched, event);
+}
+
+void LibraryBrowser::copy_identifier() {
+    const QModelIndex current = ui_->objectTable->currentIndex();
+    if (!current.isValid()) {
+        return;
+    }
+    const QString identifier = current.siblingAtColumn(ObjectModel::Identifier).data().toString();
+    QGuiApplication::clipboard()->setText(identifier);
+    Q_EMIT identifier_copied(identifier);
+}
+
+// Text is put into the box when the window repaints, since every single insertion has its price.
+void LibraryBrowser::append_report(std::string_view text) {
+    pending_report_ += shown_text(text);
+    repaint_now_and_then();
+}
+
+void LibraryBrowser::activated() {
+    if (const auto kept = read_library_folder(desk_.disk, desk_.program_folder)) {
+        show_folder(shown_text(*kept));
+    }
+}
+
+bool LibraryBrowser::may_close() {
+    stop_wanted_ = searching_;
+    return !searching_;
+}
+
+void LibraryBrowser::leaving() {
+    try {
+        write_library_folder(desk_.disk, desk_.program_folder, path_bytes(folder()));
+    } catch (const RuntimeError& error) {
+        report_error(reporter_, error, "Error : ", " :");
+    }
+}
+
+} // namespace morvane

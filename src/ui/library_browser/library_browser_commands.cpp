@@ -1,0 +1,162 @@
+// The library browser's commands on BGL files.
+
+#include "base/errors.h"
+#include "base/reporter.h"
+#include "bgl/search.h"
+#include "bgl/universal.h"
+#include "ui/hourglass.h"
+#include "ui/library_browser/controls.h"
+#include "ui/library_browser/library_browser.h"
+#include "ui/qt_text.h"
+
+#include <QApplication>
+#include <QFileSystemModel>
+#include <QScrollBar>
+#include <QTextCursor>
+
+namespace morvane {
+
+namespace {
+
+constexpr qint64 repaint_every_ms = 50;
+
+} // namespace
+
+// While a command runs the list of files must not choose another one.
+class LibraryBrowser::Busy {
+  public:
+    explicit Busy(LibraryBrowser& view) : view_(view) {
+        view_.ui_->files.setEnabled(false);
+        view_.repainted_.invalidate(); // the first repaint, with the bar of a search, is at once
+    }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+    ~Busy() {
+        view_.show_report();
+        view_.ui_->files.setEnabled(true);
+    }
+
+  private:
+    LibraryBrowser& view_;
+    Hourglass hourglass_;
+};
+
+void LibraryBrowser::analyse() {
+    const std::string path = selected_path();
+    const Busy busy(*this);
+    const Analysis analysis =
+        analyse_file(inspector_, path, ui_->show_header.isChecked(), ui_->auto_clear.isChecked());
+    objects_.clear();
+    objects_.add(path, analysis.objects);
+    fit_object_columns();
+}
+
+void LibraryBrowser::search() {
+    objects_.clear();
+    begin_search();
+    {
+        const Busy busy(*this);
+        search_folder(inspector_, path_bytes(folder()), ui_->auto_clear.isChecked(),
+                      [this](const std::string& path, const std::vector<LibraryObject>& objects) {
+                          objects_.add(path, objects);
+                      });
+    }
+    end_search();
+    fit_object_columns();
+}
+
+// Nothing but the stop button may be used while a search runs: its events are handled in the
+// middle of it.
+void LibraryBrowser::begin_search() {
+    searching_ = true;
+    stop_wanted_ = false;
+    ui_->splitter->setEnabled(false);
+    ui_->progressBar->setRange(0, 0);
+    ui_->busyText->clear();
+    ui_->busyBar->show();
+    ui_->stopButton->setFocus();
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window != this && window->isVisible() && window->isEnabled()) {
+            window->setEnabled(false);
+            held_windows_.emplace_back(window);
+        }
+    }
+}
+
+void LibraryBrowser::end_search() {
+    for (const QPointer<QWidget>& window : held_windows_) {
+        if (window) {
+            window->setEnabled(true);
+        }
+    }
+    held_windows_.clear();
+    ui_->busyBar->hide();
+    ui_->splitter->setEnabled(true);
+    ui_->search.setFocus();
+    searching_ = false;
+}
+
+bool LibraryBrowser::show_progress(std::string_view what, std::size_t done, std::size_t total) {
+    ui_->progressBar->setRange(0, static_cast<int>(total));
+    ui_->progressBar->setValue(static_cast<int>(done));
+    ui_->busyText->setText(total == 0
+                               ? tr("%1: %2").arg(shown_text(what)).arg(done)
+                               : tr("%1: %2 of %3").arg(shown_text(what)).arg(done).arg(total));
+    repaint_now_and_then();
+    return !stop_wanted_;
+}
+
+void LibraryBrowser::repaint_now_and_then() {
+    if (repainted_.isValid() && repainted_.elapsed() < repaint_every_ms) {
+        return;
+    }
+    repainted_.start();
+    show_report();
+    if (searching_) {
+        QApplication::processEvents();
+    }
+}
+
+void LibraryBrowser::show_report() {
+    if (pending_report_.isEmpty()) {
+        return;
+    }
+    QTextCursor end(ui_->report.document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(pending_report_.remove(QLatin1Char('\r')));
+    pending_report_.clear();
+    ui_->report.verticalScrollBar()->setValue(ui_->report.verticalScrollBar()->maximum());
+}
+
+void LibraryBrowser::fit_object_columns() {
+    for (int column = 0; column < ObjectModel::File; ++column) {
+        ui_->objectTable->resizeColumnToContents(column);
+    }
+}
+
+void LibraryBrowser::make_file_universal() {
+    change_file([](const Services& services, const std::string& path, const std::string& folder) {
+        return make_universal(services, path, folder);
+    });
+}
+
+void LibraryBrowser::revert_file() {
+    change_file([](const Services& services, const std::string& path, const std::string&) {
+        return revert(services, path);
+    });
+}
+
+void LibraryBrowser::change_file(bool (*change)(const Services&, const std::string&,
+                                                const std::string&)) {
+    const std::string path = selected_path();
+    const Busy busy(*this);
+    try {
+        change(inspector_.services, path, desk_.program_folder);
+    } catch (const RuntimeError& error) {
+        report_error(reporter_, error, "Error : ", " :");
+    }
+    refresh_files();
+    select_file(shown_text(path));
+}
+
+} // namespace morvane

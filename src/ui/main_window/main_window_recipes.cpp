@@ -1,0 +1,100 @@
+// The main window's commands on recipes.
+
+#include "base/errors.h"
+#include "base/reporter.h"
+#include "recipe/apply_recipe.h"
+#include "recipe/record_recipe.h"
+#include "system/replace_files.h"
+#include "system/text_writer.h"
+#include "ui/dialogs/dialogs.h"
+#include "ui/hourglass.h"
+#include "ui/main_window/controls.h"
+#include "ui/main_window/main_window.h"
+#include "ui/qt_text.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+QString recipe_filter() {
+    return dialog_filter(QStringLiteral("Recipe|*.toml"));
+}
+
+const Assignment& assignment_of(const Recipe& recipe, const RecipePlan& plan, std::size_t row) {
+    const auto step = std::find_if(plan.steps.begin(), plan.steps.end(),
+                                   [&](const PlannedStep& s) { return s.row == row; });
+    return recipe.assignments.at(step->assignment);
+}
+
+} // namespace
+
+void MainWindow::choose_recipe() {
+    if (!set_.opened) {
+        desk_.dialogs.show_box(this, tr("Open a source set first."), Icon::Exclamation);
+        return;
+    }
+    const QString path =
+        desk_.dialogs.open_file(this, tr("Apply recipe"), output_folder(), recipe_filter());
+    if (!path.isEmpty()) {
+        apply_recipe_file(path);
+    }
+}
+
+void MainWindow::apply_recipe_file(const QString& path) {
+    const Hourglass hourglass;
+    const std::string first_effect = effects_.empty() ? std::string() : effects_.front();
+    const RecipeReading reading = read_recipe(desk_.disk, path_bytes(path), first_effect);
+    if (!reading.recipe) {
+        show_errors(reading.errors);
+        return;
+    }
+    const RecipePlan plan = plan_recipe(set_, *reading.recipe);
+    if (!plan.errors.empty()) {
+        show_errors(plan.errors);
+        return;
+    }
+    carry_out(*reading.recipe, plan);
+}
+
+void MainWindow::carry_out(const Recipe& recipe, const RecipePlan& plan) {
+    const ApplyResult result = apply_recipe(services(), set_, recipe, plan, desk_.program_folder);
+    for (const ProcessedMaterial& material : result.processed) {
+        made_.push_back(
+            {material.row, material.kind, assignment_of(recipe, plan, material.row).parameters});
+        show_processed(material.row);
+    }
+}
+
+void MainWindow::save_recipe_file() {
+    if (made_.empty()) {
+        desk_.dialogs.show_box(this,
+                               tr("Process a material first: a recipe says what was made of each."),
+                               Icon::Exclamation);
+        return;
+    }
+    const QString proposal = ui_->input_base.text() + QStringLiteral(".toml");
+    const QString path =
+        desk_.dialogs.save_file(this, tr("Save recipe"), proposal, recipe_filter());
+    if (path.isEmpty()) {
+        return;
+    }
+    try {
+        const std::string text = write_recipe(record_recipe(set_, made_));
+        replace_file(desk_.disk, path_bytes(path), [&](TextWriter& out) { out.write(text); });
+        reporter_.note({"the recipe was saved as " + path_bytes(path)});
+    } catch (const RuntimeError& error) {
+        report_error(reporter_, error, "ERROR : ", ": ", Icon::Critical);
+    }
+}
+
+void MainWindow::show_errors(const std::vector<std::string>& errors) {
+    std::string text;
+    for (const std::string& error : errors) {
+        text += (text.empty() ? "" : "\n") + error;
+    }
+    reporter_.message_box(text, Icon::Critical);
+}
+
+} // namespace morvane

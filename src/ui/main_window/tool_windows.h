@@ -1,0 +1,52 @@
+#pragma once
+
+#include "ui/desk.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace morvane {
+
+class LibraryBrowser;
+class ResultsViewer;
+class TextViewer;
+class WindowState;
+class LabelRename;
+class LibraryCompiler;
+class ModelModifier;
+
+/// The forms of the other tools: each made when it is first wanted and kept until the main window
+/// closes.
+class ToolWindows {
+  public:
+    ToolWindows(Desk& desk, WindowState& state);
+    ToolWindows(const ToolWindows&) = delete;
+    ToolWindows& operator=(const ToolWindows&) = delete;
+    ~ToolWindows();
+
+    void show_model_modifier();
+    LibraryBrowser& show_library_browser();
+    /// `input_file` gives the base path that the main window shows.
+    void show_label_rename(const std::function<QString()>& input_file);
+    void show_library_compiler();
+
+    /// The library browser if it has been made yet.
+    LibraryBrowser* library_browser() { return library_browser_.get(); }
+    ResultsViewer& viewer();
+
+    /// Closes all of them; false when one refuses.
+    bool close_all();
+
+  private:
+    Desk& desk_;
+    WindowState& state_;
+    std::unique_ptr<ModelModifier> model_modifier_;
+    std::unique_ptr<LibraryBrowser> library_browser_;
+    std::unique_ptr<LabelRename> label_rename_;
+    std::unique_ptr<LibraryCompiler> library_compiler_;
+    std::unique_ptr<TextViewer> viewer_;
+};
+
+} // namespace morvane
