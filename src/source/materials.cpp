@@ -35,6 +35,14 @@ std::size_t find_whole_line(const LineStore& model, std::string_view text) {
     return i;
 }
 
+// The line without the "; " that each rewrite has put in front of it.
+std::string_view without_comment_marks(std::string_view line) {
+    while (line.starts_with("; ")) {
+        line.remove_prefix(2);
+    }
+    return line;
+}
+
 } // namespace
 
 std::vector<Material> find_material_list(const LineStore& model) {
@@ -96,6 +104,20 @@ std::string swap_rgb(std::string_view color) {
 
 MaterialBlock find_material_block(const LineStore& model, std::size_t number) {
     return find_material_blocks(model, {number}).front();
+}
+
+bool is_rewritten(const LineStore& model, const MaterialBlock& block) {
+    for (std::size_t i = block.selecting_line + 1; i <= model.upper(); ++i) {
+        const std::string_view line = model.line(i);
+        if (line.starts_with("; ")) {
+            if (trim(without_comment_marks(line)).starts_with("DRAW_TRI_BEGIN")) {
+                return true;
+            }
+        } else if (trim(line).starts_with("DRAW_TRI") || trim(line).starts_with("MATERIAL")) {
+            return false; // a block that is still open, or already that of the next material
+        }
+    }
+    return false;
 }
 
 std::vector<Translation> build_translation_list(const LineStore& model,

@@ -43,6 +43,12 @@ MaterialBlock find_material_block(const LineStore& model, std::size_t number);
 std::vector<MaterialBlock> find_material_blocks(const LineStore& model,
                                                 const std::vector<std::size_t>& numbers);
 
+/// Whether the lines after a material's selecting line show that its block was rewritten before:
+/// its DRAW_TRI_BEGIN line is commented out with "; ", as Process does it. What a user has
+/// commented out inside a block that is still open does not count. False for a material that is not
+/// drawn.
+bool is_rewritten(const LineStore& model, const MaterialBlock& block);
+
 /// The translation table: a row for each marked material, in the order of the material list.
 /// Throws SubscriptOutOfRange beyond 300 rows.
 std::vector<Translation> build_translation_list(const LineStore& model,

@@ -118,6 +118,59 @@ TEST(SwapRgb, TurnsTheOrder) {
     EXPECT_EQ(swap_rgb(swap_rgb("123456")), "123456");
 }
 
+bool shows_a_rewrite(const std::vector<std::string>& lines) {
+    const LineStore model(lines);
+    return is_rewritten(model, find_material_block(model, 3));
+}
+
+TEST(IsRewritten, AnExportIsNot) {
+    EXPECT_FALSE(shows_a_rewrite({"    MATERIAL 3,0", "    DRAW_TRI_BEGIN 0, 3",
+                                  "    DRAW_TRI 0, 1, 2", "    DRAW_TRI_END"}));
+    EXPECT_FALSE(
+        shows_a_rewrite({"    MATERIAL 3,0", "    DRAW_TRI_BEGIN 0, 3", "    DRAW_TRI_END"}));
+    EXPECT_FALSE(shows_a_rewrite({"    MATERIAL 3,0"}));
+    EXPECT_FALSE(shows_a_rewrite({"    MATERIAL 4,0"}));
+    EXPECT_FALSE(shows_a_rewrite({}));
+}
+
+TEST(IsRewritten, EffectsLeaveTheBlockCommentedOutAfterTheSelectingLine) {
+    EXPECT_TRUE(shows_a_rewrite({"    MATERIAL 3,0", ";     DRAW_TRI_BEGIN 0, 3",
+                                 ";     DRAW_TRI 0, 1, 2", ";     DRAW_TRI_END"}));
+}
+
+TEST(IsRewritten, LightsHaveTheirCodeInFrontOfTheBlock) {
+    EXPECT_TRUE(
+        shows_a_rewrite({"    MATERIAL 3,0", "", ";", ";", "LBL1b label BGLCODE",
+                         "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL", ";     DRAW_TRI_BEGIN 0, 3",
+                         ";     DRAW_TRI 0, 1, 2", ";     DRAW_TRI_END"}));
+}
+
+TEST(IsRewritten, AlsoWhenOnlyTheBeginningOfABlockWas) {
+    EXPECT_TRUE(
+        shows_a_rewrite({"    MATERIAL 3,0", ";     DRAW_TRI_BEGIN 0, 3", ";     DRAW_TRI 0, 1, 2",
+                         ";     ; a comment", "    DRAW_TRI 0, 1, 2", "    DRAW_TRI_END"}));
+    EXPECT_TRUE(shows_a_rewrite({"    MATERIAL 3,0", "; ", ";     DRAW_TRI_BEGIN 0, 3",
+                                 "    DRAW_TRI 0, 1, 2", "    DRAW_TRI_END"}));
+}
+
+TEST(IsRewritten, AlsoWhenItWasRewrittenTwice) {
+    EXPECT_TRUE(shows_a_rewrite({"    MATERIAL 3,0", "; ;     DRAW_TRI_BEGIN 0, 3",
+                                 "; ;     DRAW_TRI 0, 1, 2", ";     DRAW_TRI_END"}));
+}
+
+TEST(IsRewritten, ATriangleThatTheUserCommentedOutIsNoTrace) {
+    EXPECT_FALSE(shows_a_rewrite({"    MATERIAL 3,0", "; mine", "    DRAW_TRI_BEGIN 0, 3",
+                                  "; DRAW_TRI 0, 1, 2", "    DRAW_TRI_END"}));
+}
+
+TEST(IsRewritten, TheNextMaterialsBlockDoesNotCount) {
+    EXPECT_FALSE(shows_a_rewrite({"    MATERIAL 3,0", "    MATERIAL 4,0",
+                                  ";     DRAW_TRI_BEGIN 0, 3", ";     DRAW_TRI_END"}));
+    EXPECT_FALSE(
+        shows_a_rewrite({"    MATERIAL 3,0", "    DRAW_TRI_BEGIN 0, 3", "    DRAW_TRI_END",
+                         "    MATERIAL 4,0", ";     DRAW_TRI_BEGIN 0, 3", ";     DRAW_TRI_END"}));
+}
+
 LineStore model_with(const std::vector<std::string>& materials,
                      const std::vector<std::string>& behind) {
     std::vector<std::string> texts{"MATERIAL_LIST_BEGIN"};
