@@ -1,117 +1,18 @@
 #!/usr/bin/env python3
-"""Writes the source sets of the examples: a small airport, two aircraft, and three library designs.
+"""Writes the source sets of the examples: two airports, two aircraft, and three library designs.
 
-The sets have the shapes of real exports. Run it in this folder after a change of the scenes below;
-the files that it writes are committed, so nobody needs it to build or to use the program.
+The sets have the shapes of real exports. Run it in this folder after a change of the scenes; the
+files that it writes are committed, so nobody needs it to build or to use the program.
 """
 
 import math
 from pathlib import Path
 
+from export_shapes import (BLUE, CYAN, GREEN, MAGENTA, RED, WHITE, YELLOW, Model, hex_word, spread,
+                           write)
+from regional_airport import regional, regional_frame
+
 HERE = Path(__file__).parent
-WHITE, RED, GREEN, BLUE = (1, 1, 1), (1, 0, 0), (0, 1, 0), (0, 0, 1)
-CYAN, MAGENTA, YELLOW, NONE = (0, 1, 1), (1, 0, 1), (1, 1, 0), (0, 0, 0)
-
-
-class Model:
-    """Materials, textures and draw blocks of one model file."""
-
-    def __init__(self, name):
-        self.name = name
-        self.materials, self.textures, self.vertices, self.blocks = [], [], [], []
-
-    def material(self, rgb, highlight=NONE):
-        self.materials.append((rgb, highlight))
-        return len(self.materials) - 1
-
-    def texture(self, files):
-        self.textures.append(files)
-        return len(self.textures) - 1
-
-    def block(self, material, corners, triangles, texture=None):
-        """Corners are (position, normal, texture place), metres; y is the height."""
-        first = len(self.vertices)
-        self.vertices += corners
-        self.blocks.append((material, texture, first, len(corners), triangles))
-
-    def markers(self, material, places, normal=(0.0, 1.0, 0.0), size=0.2, texture=None):
-        """One small triangle at each place; its first vertex is the place itself."""
-        corners, triangles = [], []
-        for x, y, z in places:
-            n = len(corners)
-            corners += [((x, y, z), normal, (0.0, 0.0)),
-                        ((x + size, y, z), normal, (1.0, 0.0)),
-                        ((x, y, z + size), normal, (0.0, 1.0))]
-            triangles.append((n, n + 1, n + 2))
-        self.block(material, corners, triangles, texture)
-
-    def quad(self, material, low, high, height, texture):
-        corners = [((x, height, z), (0.0, 1.0, 0.0), (u, v)) for x, z, u, v in
-                   [(low[0], low[1], 0.0, 0.0), (high[0], low[1], 1.0, 0.0),
-                    (high[0], high[1], 1.0, 1.0), (low[0], high[1], 0.0, 1.0)]]
-        self.block(material, corners, [(2, 0, 1), (3, 0, 2)], texture)
-
-    def wall(self, material, start, end, height, texture):
-        dx, dz = end[0] - start[0], end[1] - start[1]
-        length = math.hypot(dx, dz)
-        normal = (dz / length, 0.0, -dx / length)
-        corners = [((x, y, z), normal, (u, v)) for (x, z), y, u, v in
-                   [(start, 0.0, 0.0, 1.0), (end, 0.0, 1.0, 1.0),
-                    (end, height, 1.0, 0.0), (start, height, 0.0, 0.0)]]
-        self.block(material, corners, [(2, 0, 1), (3, 0, 2)], texture)
-
-    def lines(self):
-        yield f"; {self.name}_0.asm: model data"
-        yield ""
-        yield "BGL_BEGIN 0800h ; version = 8.00"
-        yield f"{self.name}_MASTER label BGLCODE"
-        yield from self.list_lines()
-        yield f"{self.name}_LOD_100 label BGLCODE"
-        for part, block in enumerate(self.blocks):
-            yield from self.block_lines(part, *block)
-        yield "    BGL_RETURN"
-        yield ""
-        yield f"{self.name}_END label BGLCODE"
-        yield "BGL_END"
-
-    def list_lines(self):
-        yield "    MATERIAL_LIST_BEGIN"
-        for n, (rgb, mark) in enumerate(self.materials):
-            color = ",".join(f"{part / 255:.6f}" for part in rgb)
-            shine = ",".join(f"{part:.6f}" for part in mark)
-            yield (f"    MATERIAL_DEF {color},1.000000,  {color},  {shine},"
-                   f"  0.000000,0.000000,0.000000,  0.000000 ; {n}")
-        yield "    MATERIAL_LIST_END"
-        yield ""
-        yield "    TEXTURE_LIST_BEGIN"
-        for n, files in enumerate(self.textures):
-            yield f"    TEXTURE_DEF <255,255,255,255>, 100.000000, \"{files[0]}\" ; {n}"
-        yield "    TEXTURE_LIST_END"
-        yield ""
-        yield "    VERTEX_LIST_BEGIN"
-        for n, corner in enumerate(self.vertices):
-            place, normal, uv = ((f"{value + 0.0:.6f}" for value in part) for part in corner)
-            yield f"    VERTEX_DEF {','.join(place)}, {','.join(normal)}, {','.join(uv)} ; {n}"
-        yield "    VERTEX_LIST_END"
-        yield ""
-
-    def block_lines(self, part, material, texture, first, count, triangles):
-        if texture is None:
-            yield f"    MATERIAL {material},0"
-        else:
-            files = ";".join(self.textures[texture])
-            yield f"    MATERIAL {material},{texture} ; <255,255,255,255> {files};;"
-        yield f"    DRAW_TRI_BEGIN {first}, {count}"
-        for n, corners in enumerate(triangles):
-            numbers = ",".join(f"{corner:4d}" for corner in corners)
-            yield f"    DRAW_TRI {numbers} ; poly={n} part={part}"
-        yield "    DRAW_TRI_END"
-        yield ""
-
-
-def spread(start, end, count, x, y=0.3):
-    step = (end - start) / (count - 1)
-    return [(x, y, start + n * step) for n in range(count)]
 
 
 def airport():
@@ -174,7 +75,7 @@ def airport():
 
 def aircraft(name):
     """A wing with its lamps and a beacon on the fin; metres, z forward."""
-    model = Model(name)
+    model = Model(name, "TEXTURE_AIRCRAFT")
     paint = model.material((235, 235, 240))
     left = model.material((255, 0, 0), RED)
     right = model.material((0, 255, 0), GREEN)
@@ -187,10 +88,6 @@ def aircraft(name):
     model.markers(beacon, [(0.0, 2.31, -4.2)], (0.0, 1.0, 0.0), 0.05)
     model.markers(strobe, [(-5.58, 0.82, 0.2), (5.58, 0.82, 0.2)], (0.0, 0.0, 1.0), 0.04)
     return model
-
-
-def hex_word(value):
-    return f"0{value & 0xFFFFFFFF:X}h"
 
 
 def airport_frame():
@@ -303,15 +200,12 @@ def design_frame(name, size, scale):
     yield "    END"
 
 
-def write(path, lines):
-    path.parent.mkdir(exist_ok=True)
-    path.write_bytes("".join(line + "\r\n" for line in lines).encode("cp1252"))
-
-
 def main():
     folder = HERE / "airport"
     write(folder / "airport_0.asm", airport().lines())
     write(folder / "airport.asm", airport_frame())
+    write(HERE / "regional" / "regional_0.asm", regional().lines())
+    write(HERE / "regional" / "regional.asm", regional_frame())
     for name, header in [("aircraft-lights", OPEN_HEADER), ("aircraft-dictionary", FULL_HEADER)]:
         stem = name.replace("-", "_")
         write(HERE / name / f"{stem}_0.asm", aircraft(stem).lines())

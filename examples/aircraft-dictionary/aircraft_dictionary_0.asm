@@ -11,7 +11,7 @@ aircraft_dictionary_MASTER label BGLCODE
     MATERIAL_LIST_END
 
     TEXTURE_LIST_BEGIN
-    TEXTURE_DEF <255,255,255,255>, 100.000000, "SKIN_01.BMP" ; 0
+    TEXTURE_DEF TEXTURE_AIRCRAFT, <255,255,255,255>, 5.683027, "SKIN_01.BMP" ; 0
     TEXTURE_LIST_END
 
     VERTEX_LIST_BEGIN
@@ -64,7 +64,6 @@ aircraft_dictionary_LOD_100 label BGLCODE
     DRAW_TRI    3,   4,   5 ; poly=1 part=4
     DRAW_TRI_END
 
-    BGL_RETURN
-
 aircraft_dictionary_END label BGLCODE
 BGL_END
+BGL_RETURN

@@ -15,8 +15,9 @@ model_main label BGLCODE
     SHADOW_VPOSITION    AIRCRAFT_PARAMS.llapbh.lla
     VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
     SHADOW_VICALL    model_shadow,AIRCRAFT_PARAMS.llapbh.pbh
-    VPOSITION    AIRCRAFT_PARAMS.llapbh.lla
+    VPOSITION    model_main_end,0,0,AIRCRAFT_PARAMS.llapbh.lla
     VINSTANCE_CALL  model_outside,AIRCRAFT_PARAMS.llapbh.pbh
+model_main_end label BGLCODE
     BGL_RETURN
 
 model_outside label BGLCODE
@@ -28,5 +29,6 @@ LOD_END    label    BGLCODE
     BGL_RETURN
 
 BGL_END
+BGL_RETURN
 model_end label dword
     END

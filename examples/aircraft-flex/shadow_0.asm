@@ -20,7 +20,6 @@ shadow_LOD_100 label BGLCODE
     DRAW_TRI    3,   1,   0 ; poly=1 part=0
     DRAW_TRI_END
 
-    BGL_RETURN
-
 shadow_END label BGLCODE
 BGL_END
+BGL_RETURN

@@ -6,7 +6,18 @@ model_header label dword
     db  'M','D','L','8'
     dd  (model_end) - (model_header)
 visual_model_header label dword
-    dd  0
+    dd  param_extension_dictionary - visual_model_header
+    dd   152
+    db  'F','S','8','0'
+    dd  2048
+visual_model_header_end  label dword
+
+    db  'D','I','C','T'
+param_extension_dictionary     label dword
+    dd (param_extension_dictionary_end) - (param_extension_dictionary) - 4
+    dict_0_gearPosition equ 144
+    dd 2,144,8, 01C6B2F40h, 04A7D91E3h, 0B2C80D5Fh, 0E19A3476h
+param_extension_dictionary_end     label dword
 
     db  "MakeBGL - 8.00 ",0
 
@@ -15,8 +26,9 @@ model_main label BGLCODE
     SHADOW_VPOSITION    AIRCRAFT_PARAMS.llapbh.lla
     VAR_BASE_OVERRIDE VAR_BASE_GLOBAL
     SHADOW_VICALL    model_shadow,AIRCRAFT_PARAMS.llapbh.pbh
-    VPOSITION    AIRCRAFT_PARAMS.llapbh.lla
+    VPOSITION    model_main_end,0,0,AIRCRAFT_PARAMS.llapbh.lla
     VINSTANCE_CALL  model_outside,AIRCRAFT_PARAMS.llapbh.pbh
+model_main_end label BGLCODE
     BGL_RETURN
 
 model_outside label BGLCODE
@@ -28,5 +40,6 @@ LOD_END    label    BGLCODE
     BGL_RETURN
 
 BGL_END
+BGL_RETURN
 model_end label dword
     END

@@ -159,7 +159,6 @@ fuel_tank_LOD_100 label BGLCODE
     DRAW_TRI    0,  11,  10 ; poly=9 part=12
     DRAW_TRI_END
 
-    BGL_RETURN
-
 fuel_tank_END label BGLCODE
 BGL_END
+BGL_RETURN

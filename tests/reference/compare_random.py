@@ -17,7 +17,7 @@ BODY = ["    dict_0_a equ 8", "    dd 2,8,16, 01h, 02h, 03h, 04h"]
 
 
 def number(rng):
-    return f"{rng.uniform(-3000, 3000):.{rng.randint(0, 6)}f}"
+    return f"{rng.uniform(-3000, 3000):.{rng.randint(1, 6)}f}"
 
 
 def block(rng, n):
@@ -29,9 +29,9 @@ def block(rng, n):
 
 def frame(rng):
     word = lambda: f"0{rng.getrandbits(rng.choice([8, 16, 23])):X}h"  # noqa: E731
-    lines = scenes.frame(f"a,{rng.randint(0, 9)},100,{rng.choice([65536, 131072, 0.5, 32768.25])},"
+    lines = scenes.frame(f"{rng.randint(0, 9)},100,{rng.choice([65536, 131072, 0.5, 32768.25])},"
                          f"{word()},{word()},0{rng.getrandbits(32):X}h,{word()},0,0",
-                         f"b,0,0,{rng.choice(['0', '04000h', '0C123h', '01h'])}")
+                         f"0,0,{rng.choice(['0', '04000h', '0C123h', '01h'])}")
     return lines + rng.choice([["dd  0"], scenes.dictionary_frame(BODY, 24)])
 
 
@@ -64,7 +64,7 @@ def write_set(rng, folder):
     rows = rng.sample(range(1, count + 1), rng.randint(1, count))
     recipe = ["[[assign]]\n" + "".join(f"{key} = {toml(value)}\n" for key, value in keys.items())
               for keys in (assignment(rng, row) for row in rows)]
-    for name, text in [("set_0.asm", "\n".join(model)), ("set.asm", "\n".join(frame(rng))),
+    for name, text in [("set_0.asm", "\n".join(model)), ("set.asm", "\n".join(frame(rng)).replace("BASE", "set")),
                        ("recipe.toml", "\n".join(recipe))]:
         (folder / name).write_text(text + "\n")
 

@@ -34,7 +34,7 @@ def load_ext_parameters(base):
         i += 1
     i += 2  # the label line itself and the size line
     while i < len(lines) and trim(lines[i])[:30] != "param_extension_dictionary_end":
-        if lines[i] != "" and lines[i][:1] != ";" and len(kept) < 300:
+        if trim(lines[i])[:1] not in ("", ";") and len(kept) < 300:
             kept.append(lines[i])
         i += 1
     return [kept[j:j + 2] for j in range(0, len(kept) - 1, 2)]

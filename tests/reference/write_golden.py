@@ -12,6 +12,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 import scenes  # noqa: E402
+from assemble import assemble  # noqa: E402
 from basic import save  # noqa: E402
 from opened import WORDS, OpenSet, count_triangles  # noqa: E402
 from process import apply, merged  # noqa: E402
@@ -43,11 +44,11 @@ class Case:
             put(self.folder / "in" / "recipe.toml", recipe)
         if (self.folder / "in").exists():
             shutil.copytree(self.folder / "in", self.work, dirs_exist_ok=True)
-        self.before = {path: path.read_bytes() for path in self.work.iterdir()}
+        self.before = {path: path.read_bytes() for path in self.work.iterdir() if path.is_file()}
         os.chdir(self.work)
 
     def finish(self, stdout, stderr=""):
-        for path in self.work.iterdir():
+        for path in filter(Path.is_file, self.work.iterdir()):
             if self.before.get(path) != path.read_bytes():
                 put(self.folder / "out" / path.name, path.read_bytes())
         if stdout:
@@ -101,7 +102,7 @@ def write_traces(opened):
 def files_of(base, scene, end="\n"):
     model, frame = scene
     return {base + "_0.asm": "".join(line + end for line in model),
-            base + ".asm": "".join(line + end for line in frame)}
+            base + ".asm": "".join(line.replace("BASE", base) + end for line in frame)}
 
 
 def inspect_cases():
@@ -146,6 +147,17 @@ def airport_cases():
     case.finish(json.dumps(document, indent=2) + "\n", finished("airport"))
 
 
+def second_process_case():
+    """The second run finds the set rewritten, and prints its box only."""
+    case = Case("refuse-second-process", "", "examples/airport")
+    put(case.folder / "command", "morvane-cli process airport airport.toml\n" * 2)
+    put(case.folder / "status", "1\n")
+    opened, _ = run("airport", "airport.toml")
+    save_set(opened, "airport")
+    case.finish(lines_of(opened.log + ["Done. "]), finished("airport")
+                + "[critical] This file cannot be used. (Already processed ?)\n")
+
+
 def difference(name, lines):
     """What `diff -u` finds between a file and lines, carriage returns aside."""
     old = Path(name).read_bytes().replace(b"\r", b"")
@@ -173,6 +185,27 @@ def aircraft_cases():
         dry_run_case(f"aircraft-{name}", f"aircraft_{name}")
     process_case("process-aircraft-trace", "aircraft_lights", "examples/aircraft-lights",
                  extra=write_traces)
+
+
+AIRCRAFT = ["complete", "fuselage", "wings_high", "wings_low", "shadow"]
+WINGS = " --flexing-wings --fuselage fuselage --wings-high wings_high --wings-low wings_low"
+
+
+def assemble_case(name, options, wings, shadow, stderr=""):
+    case = Case(name, "morvane-cli assemble --complete complete" + options, "examples/aircraft-flex")
+    assemble(AIRCRAFT, wings, shadow)
+    case.finish("", stderr + "[information] The modification seems to be successful. Output file is"
+                " complete.asm\n\nComplile with 'bglc /mdl complete.asm'\n")
+
+
+def assemble_cases():
+    assemble_case("assemble-wings", WINGS + " --shadow shadow", True, False)
+    assemble_case("assemble-shadow", " --shadow-optimization --shadow shadow", False, True)
+    assemble_case("assemble-wings-and-shadow", WINGS + " --shadow-optimization --shadow shadow",
+                  True, True)
+    expected = ROOT / "examples/aircraft-flex/expected"
+    for path in (GOLDEN / "assemble-wings-and-shadow/out").iterdir():
+        put(expected / path.name, path.read_bytes())
 
 
 def light_cases():
@@ -236,9 +269,9 @@ kind = "Effects"
 lstEffectType = "fx_b"
 fx_OTG = true
 """
-    west = scenes.places("x,0,100,131072,051EDB8h,0CAAAh,0FCD9FF8Bh,07DD6h,0,0", "y,0,0,0C000h")
+    west = scenes.places("0,100,131072,051EDB8h,0CAAAh,0FCD9FF8Bh,07DD6h,0,0", "0,0,0C000h")
     process_case("process-places-west", "here", files_of("here", west), recipe)
-    south = scenes.places("x,7,8,32768,0FFCB2A31h,0,0123h,0,0,0", "y,0,0,0")
+    south = scenes.places("7,8,32768,0FFCB2A31h,0,0123h,0,0,0", "0,0,0")
     process_case("process-places-south", "here", files_of("here", south), recipe)
 
 
@@ -273,8 +306,10 @@ def dictionary_cases():
 def main():
     inspect_cases()
     airport_cases()
+    second_process_case()
     dry_run_case("airport", "airport")
     aircraft_cases()
+    assemble_cases()
     light_cases()
     placing_cases()
     windsock_case()

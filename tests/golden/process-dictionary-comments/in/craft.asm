@@ -1,3 +1,4 @@
+include C:\GMAX\MORVANE.INC
 visual_model_header label dword
     dd  param_extension_dictionary - visual_model_header
     dd   28
@@ -15,4 +16,5 @@ param_extension_dictionary     label dword
     dict_0_b equ 24
     dd 2,24,4, 05h, 06h, 07h, 08h
 param_extension_dictionary_end     label dword
+include C:\EXPORT\craft_0.asm
 END

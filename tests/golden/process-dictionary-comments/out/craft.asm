@@ -1,3 +1,4 @@
+include C:\GMAX\MORVANE.INC
 visual_model_header label dword
     dd  param_extension_dictionary - visual_model_header
     dd   32
@@ -15,5 +16,6 @@ param_extension_dictionary     label dword
     dict_g_lightStates equ 28
     dd 2,28,4, 057F0E99Dh, 04E9C0523h, 0BB12B6BCh, 0063FE72Fh
 param_extension_dictionary_end     label dword
+include C:\EXPORT\craft_0.asm
 END
 

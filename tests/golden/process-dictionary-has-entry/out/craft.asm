@@ -1,3 +1,4 @@
+include C:\GMAX\MORVANE.INC
 visual_model_header label dword
     dd  param_extension_dictionary - visual_model_header
     dd   164
@@ -13,5 +14,6 @@ param_extension_dictionary     label dword
     dict_0_other equ 156
     dd 2,156,8, 01h, 02h, 03h, 04h
 param_extension_dictionary_end     label dword
+include C:\EXPORT\craft_0.asm
 END
 

@@ -1,4 +1,6 @@
+include C:\GMAX\MORVANE.INC
 visual_model_header label dword
 dd  0
 model_outside label BGLCODE
+include C:\EXPORT\lamps_0.asm
 END

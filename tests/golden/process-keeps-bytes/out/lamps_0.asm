@@ -5,24 +5,25 @@ BGL_BEGIN 0800h ; version = 8.00
 ;  control
 
 ; a long line xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx
+MASTER label BGLCODE
 MATERIAL_LIST_BEGIN
-MATERIAL_DEF 1.0,0.5,0.0,1.0, 1.0,0.5,0.0, 1,0,0, 0,0,0, 0.0 ; x
-MATERIAL_DEF 0,0,0,1.0, 0,0,0, 1,0,0, 0,0,0, 0.0 ; x
-MATERIAL_DEF 0.1,0.2,0.3,1.0, 0.1,0.2,0.3, 1,0,0, 0,0,0, 0.0 ; x
-MATERIAL_DEF .5,1,1,1.0, .5,1,1, 1,0,0, 0,0,0, 0.0 ; x
+MATERIAL_DEF 1.0,0.5,0.0,1.0, 1.0,0.5,0.0, 1.0,0.0,0.0, 0.0,0.0,0.0, 0.0 ; x
+MATERIAL_DEF 0.0,0.0,0.0,1.0, 0.0,0.0,0.0, 1.0,0.0,0.0, 0.0,0.0,0.0, 0.0 ; x
+MATERIAL_DEF 0.1,0.2,0.3,1.0, 0.1,0.2,0.3, 1.0,0.0,0.0, 0.0,0.0,0.0, 0.0 ; x
+MATERIAL_DEF 0.5,1.0,1.0,1.0, 0.5,1.0,1.0, 1.0,0.0,0.0, 0.0,0.0,0.0, 0.0 ; x
 MATERIAL_LIST_END
 VERTEX_LIST_BEGIN
 VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
-VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3.0,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
 VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
 VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
-VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3.0,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
 VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
 VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
-VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3.0,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
 VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
 VERTEX_DEF 1.5,0.0,-2.25, 0.0,1.0,0.0, 0.0,0.0 ; v
-VERTEX_DEF -10.125,3,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
+VERTEX_DEF -10.125,3.0,4.0, 0.6,0.0,0.8, 0.0,0.0 ; v
 VERTEX_DEF 0.000000,0.000000,0.000000, -1.0,0.0,0.0, 0.0,0.0 ; v
 VERTEX_LIST_END
 MATERIAL 0,0
@@ -49,7 +50,7 @@ LBL2b label BGLCODE
     BGL_JUMP_32 LBL2a
 LBL2 label BGLCODE
     BGL_LIGHT LIGHT_STROBE, 1.5, 0.0, -2.25, 100 ,0.4, 0.04, 0FF000000h, 0.0, 1.0, 0.0
-    BGL_LIGHT LIGHT_STROBE, -10.125, 3, 4.0, 100 ,0.4, 0.04, 0FF000000h, 0.6, 0.0, 0.8
+    BGL_LIGHT LIGHT_STROBE, -10.125, 3.0, 4.0, 100 ,0.4, 0.04, 0FF000000h, 0.6, 0.0, 0.8
 LBL2a label BGLCODE
 ; DRAW_TRI_BEGIN 3, 3
 ; DRAW_TRI    0,   1,   2 ; poly=0 part=1
@@ -79,11 +80,12 @@ LBL4b label BGLCODE
 ;
 LBL4 label BGLCODE
     BGL_LIGHT LIGHT_LOGO, 1.5, 0.0, -2.25,  ,0.4, 0.04, 0FF7FFFFFh, 0.0, 1.0, 0.0
-    BGL_LIGHT LIGHT_LOGO, -10.125, 3, 4.0,  ,0.4, 0.04, 0FF7FFFFFh, 0.6, 0.0, 0.8
+    BGL_LIGHT LIGHT_LOGO, -10.125, 3.0, 4.0,  ,0.4, 0.04, 0FF7FFFFFh, 0.6, 0.0, 0.8
 LBL4a label BGLCODE
 ; DRAW_TRI_BEGIN 9, 3
 ; DRAW_TRI    0,   1,   2 ; poly=0 part=3
 ; DRAW_TRI    1,   2,   0 ; poly=1 part=3
 ; DRAW_TRI_END
 BGL_END
+BGL_RETURN
 

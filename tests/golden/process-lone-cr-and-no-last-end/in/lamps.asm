@@ -1,1 +1,1 @@
-visual_model_header label dworddd  0model_outside label BGLCODEEND
+include C:\GMAX\MORVANE.INCvisual_model_header label dworddd  0model_outside label BGLCODEinclude C:\EXPORT\lamps_0.asmEND
