@@ -20,8 +20,7 @@ shadow_LOD_100G4 label BGLCODE
     DRAW_TRI    3,   1,   0 ; poly=1 part=0
     DRAW_TRI_END
 
-    BGL_RETURN
-
 shadow_ENDG4 label BGLCODE
 BGL_END
+BGL_RETURN
 
