@@ -87,7 +87,8 @@ inline constexpr std::array<LightTypeEntry, 10> light_types{{{"LIGHT_NAV", 1},
 /// over by list position, so neither is ever written.
 inline constexpr LightTypeEntry dialog_panel_light_type{"PANEL*A/C ONLY*", 32};
 
-/// An entry of the flash variable list, with the flash mask that choosing it sets.
+/// An entry of the flash variable list, with the flash mask that choosing it sets. As with the
+/// light types, the value 32 is skipped.
 struct FlashVariableEntry {
     std::string_view text;
     int value;
@@ -100,8 +101,8 @@ inline constexpr std::array<FlashVariableEntry, 7> flash_variables{
      {"becon2", 4, "0100"},
      {"becon3", 8, "CCCC"},
      {"becon4", 16, "CCCC"},
-     {"becon5", 32, "CCCC"},
-     {"beacnt", 64, "2"}}};
+     {"becon5", 64, "CCCC"},
+     {"beacnt", 128, "2"}}};
 
 /// The switch bit of a light type's text; 0 for a text that is not in the list.
 int light_switch_bit(std::string_view light_type);

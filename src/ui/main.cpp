@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 
 #include <cstdlib>
 
@@ -55,7 +56,7 @@ int run(const QApplication& application) {
     morvane::MainWindow window(desk);
     window.show();
     if (!line.path.isEmpty()) {
-        window.open_file(line.path);
+        window.open_file(QDir().absoluteFilePath(line.path));
     }
     return QApplication::exec();
 }
@@ -69,7 +70,7 @@ int main(int argc, char** argv) {
         return run(application);
     } catch (const morvane::RuntimeError& error) {
         morvane::SystemDialogs().show_box(nullptr, morvane::shown_text(error.what()),
-                                          morvane::Icon::Critical);
+                                          morvane::Icon::Critical, {});
         return EXIT_FAILURE;
     }
 }

@@ -1,26 +1,59 @@
 #include "ui/qt_reporter.h"
 
+#include "base/errors.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/models/message_log.h"
 #include "ui/qt_text.h"
 
+#include <new>
 #include <utility>
 
 namespace morvane {
 
+namespace {
+
+constexpr qsizetype max_explaining_notes = 5;
+
+} // namespace
+
 QtReporter::QtReporter(MessageLog& log, Dialogs& dialogs, QWidget* parent, Progress progress)
     : log_(log), dialogs_(dialogs), parent_(parent), progress_(std::move(progress)) {}
 
+void QtReporter::begin_command() {
+    notes_.clear();
+}
+
 void QtReporter::add_message(std::string_view text) {
     log_.add(shown_text(text));
+    if (on_message) {
+        on_message(shown_text(text));
+    }
+}
+
+void QtReporter::note(const Note& note) {
+    notes_.append(shown_text(place_and_text(note)));
+    Reporter::note(note);
 }
 
 void QtReporter::clear_messages() {
     log_.clear();
 }
 
+QString QtReporter::explanation(Icon icon) {
+    const QStringList notes = std::exchange(notes_, {});
+    if (icon == Icon::Information) {
+        return {};
+    }
+    QString text = notes.mid(0, max_explaining_notes).join(QLatin1Char('\n'));
+    if (const qsizetype more = notes.size() - max_explaining_notes; more > 0) {
+        text += QStringLiteral("\n") +
+                QObject::tr("... and %1 more under Messages.").arg(static_cast<qlonglong>(more));
+    }
+    return text;
+}
+
 void QtReporter::message_box(std::string_view text, Icon icon) {
-    dialogs_.show_box(parent_, shown_text(text), icon);
+    dialogs_.show_box(parent_, shown_text(text), icon, explanation(icon));
 }
 
 bool QtReporter::ask(std::string_view text, Icon icon, std::string_view title) {
@@ -29,6 +62,22 @@ bool QtReporter::ask(std::string_view text, Icon icon, std::string_view title) {
 
 bool QtReporter::progress(std::string_view what, std::size_t done, std::size_t total) {
     return !progress_ || progress_(what, done, total);
+}
+
+void run_command(QtReporter& reporter, const std::function<void()>& command) {
+    reporter.begin_command();
+    try {
+        command();
+    } catch (const RuntimeError& error) {
+        report_error(reporter, error, "Error : ", " :", Icon::Critical);
+    } catch (const std::bad_alloc&) {
+        reporter.message_box("There is not enough memory for this command.", Icon::Critical);
+    } catch (const std::exception& error) {
+        reporter.message_box(std::string("The command has failed: ") + error.what(),
+                             Icon::Critical);
+    } catch (...) {
+        reporter.message_box("The command has failed for an unknown reason.", Icon::Critical);
+    }
 }
 
 } // namespace morvane

@@ -3,23 +3,58 @@
 #include "base/paths.h"
 #include "ui/qt_text.h"
 
+#include <QMargins>
+#include <QScreen>
 #include <QWidget>
 
 namespace morvane {
 
 namespace {
 
+// What the window manager draws around a window is not known before the window is shown.
+constexpr QMargins frame{8, 36, 8, 8};
+
 QString geometry_key(const QWidget& window) {
     return window.objectName() + QStringLiteral("/geometry");
 }
 
+// Where on its screen a window without its frame can be.
+QRect room_for(const QWidget& window) {
+    return window.screen()->availableGeometry().marginsRemoved(frame);
+}
+
+void keep_on_screen(QWidget& window) {
+    const QRect room = room_for(window);
+    QRect place(window.pos(), window.size().boundedTo(room.size()));
+    place.moveLeft(qBound(room.left(), place.left(), room.right() - place.width() + 1));
+    place.moveTop(qBound(room.top(), place.top(), room.bottom() - place.height() + 1));
+    window.resize(place.size());
+    window.move(place.topLeft());
+}
+
 } // namespace
 
-WindowState::WindowState(const std::string& program_folder)
-    : settings_(shown_text(join_path(program_folder, "window.ini")), QSettings::IniFormat) {}
+WindowState::WindowState(const std::string& program_folder, const QWidget& main_window)
+    : settings_(shown_text(join_path(program_folder, "window.ini")), QSettings::IniFormat),
+      main_window_(main_window) {}
 
 void WindowState::restore(QWidget& window) {
-    window.restoreGeometry(settings_.value(geometry_key(window)).toByteArray());
+    if (!window.restoreGeometry(settings_.value(geometry_key(window)).toByteArray())) {
+        window.resize(window.size().boundedTo(room_for(window).size()));
+        place_beside_main_window(window);
+    }
+    keep_on_screen(window);
+}
+
+void WindowState::place_beside_main_window(QWidget& window) const {
+    const QRect room = room_for(window);
+    if (&window == &main_window_) {
+        window.move(room.center() - QRect({}, window.size()).center());
+        return;
+    }
+    const QRect main = main_window_.frameGeometry();
+    const bool fits_right = main.right() + window.width() <= room.right();
+    window.move(fits_right ? main.right() + 1 : main.left() - window.width(), main.top());
 }
 
 void WindowState::keep(const QWidget& window) {
@@ -40,11 +75,25 @@ void WindowState::add_recent(const QString& base) {
     settings_.setValue(QStringLiteral("recent"), list);
 }
 
+void WindowState::remove_recent(const QString& base) {
+    QStringList list = recent();
+    list.removeAll(base);
+    settings_.setValue(QStringLiteral("recent"), list);
+}
+
 QString WindowState::value(const QString& key) const {
     return settings_.value(key).toString();
 }
 
 void WindowState::set_value(const QString& key, const QString& value) {
+    settings_.setValue(key, value);
+}
+
+QByteArray WindowState::bytes(const QString& key) const {
+    return settings_.value(key).toByteArray();
+}
+
+void WindowState::set_bytes(const QString& key, const QByteArray& value) {
     settings_.setValue(key, value);
 }
 

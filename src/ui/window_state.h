@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QSettings>
 #include <QStringList>
 
@@ -16,20 +17,29 @@ class WindowState {
   public:
     static constexpr int max_recent = 10;
 
-    explicit WindowState(const std::string& program_folder);
+    WindowState(const std::string& program_folder, const QWidget& main_window);
 
+    /// Puts a window where it was closed last. One that was never closed gets the size that it asks
+    /// for, as far as the screen allows, and a place beside the main window. No window is left with
+    /// a part off the screen.
     void restore(QWidget& window);
     void keep(const QWidget& window);
 
     /// Base paths of the sets opened last, newest first.
     QStringList recent() const;
     void add_recent(const QString& base);
+    void remove_recent(const QString& base);
 
     QString value(const QString& key) const;
     void set_value(const QString& key, const QString& value);
+    QByteArray bytes(const QString& key) const;
+    void set_bytes(const QString& key, const QByteArray& value);
 
   private:
+    void place_beside_main_window(QWidget& window) const;
+
     QSettings settings_;
+    const QWidget& main_window_;
 };
 
 } // namespace morvane

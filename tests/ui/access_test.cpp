@@ -122,6 +122,7 @@ struct BoxWatch {
                 icon = box->icon();
                 title = box->windowTitle();
                 text = box->text();
+                explanation = box->informativeText();
                 pointer_is_plain = QGuiApplication::overrideCursor() == nullptr ||
                                    QGuiApplication::overrideCursor()->shape() == Qt::ArrowCursor;
                 box->button(answer)->click();
@@ -131,6 +132,7 @@ struct BoxWatch {
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QString title;
     QString text;
+    QString explanation;
     bool pointer_is_plain = false;
 };
 
@@ -241,10 +243,12 @@ void AccessTest::boxesLookAsTheyShould() {
     for (const auto& [icon, shown] : icons) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         BoxWatch watch(QMessageBox::Ok);
-        dialogs.show_box(rig_->form.get(), QStringLiteral("<b>as it is</b>"), icon);
+        dialogs.show_box(rig_->form.get(), QStringLiteral("<b>as it is</b>"), icon,
+                         QStringLiteral("a < b"));
         QCOMPARE(watch.icon, shown);
         QCOMPARE(watch.title, QStringLiteral("Morvane"));
         QCOMPARE(watch.text, QStringLiteral("<b>as it is</b>"));
+        QCOMPARE(watch.explanation, QStringLiteral("a < b"));
         QVERIFY(watch.pointer_is_plain);
         QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
         QGuiApplication::restoreOverrideCursor();
@@ -270,7 +274,7 @@ void AccessTest::questionsAreAnswered() {
         {QMessageBox::Cancel, Unsaved::Cancel}};
     for (const auto& [button, answer] : answers) {
         BoxWatch watch(button);
-        QVERIFY(dialogs.ask_unsaved(rig_->form.get(), QStringLiteral("Save?")) == answer);
+        QVERIFY(dialogs.ask_unsaved(rig_->form.get(), QStringLiteral("Save?"), true) == answer);
     }
 }
 

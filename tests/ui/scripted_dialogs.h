@@ -15,6 +15,7 @@ class ScriptedDialogs final : public Dialogs {
     struct Box {
         QString text;
         Icon icon = Icon::None;
+        QString explanation;
     };
     struct Question {
         QString text;
@@ -22,15 +23,18 @@ class ScriptedDialogs final : public Dialogs {
         QString title;
     };
 
-    void show_box(QWidget* /*parent*/, const QString& text, Icon icon) override {
-        boxes.push_back({text, icon});
+    void show_box(QWidget* /*parent*/, const QString& text, Icon icon,
+                  const QString& explanation) override {
+        boxes.push_back({text, icon, explanation});
     }
     bool ask(QWidget* /*parent*/, const QString& text, Icon icon, const QString& title) override {
         questions.push_back({text, icon, title});
         return answer;
     }
-    Unsaved ask_unsaved(QWidget* /*parent*/, const QString& /*text*/) override {
+    Unsaved ask_unsaved(QWidget* /*parent*/, const QString& text, bool can_save) override {
         ++unsaved_asked;
+        unsaved_text = text;
+        save_offered = can_save;
         return unsaved;
     }
     QString open_file(QWidget* /*parent*/, const QString& /*title*/, const QString& folder,
@@ -59,6 +63,8 @@ class ScriptedDialogs final : public Dialogs {
     std::vector<Box> boxes;
     std::vector<Question> questions;
     int unsaved_asked = 0;
+    QString unsaved_text;
+    bool save_offered = false;
     QStringList folders; // that the file dialogs began in
     QStringList filters;
 

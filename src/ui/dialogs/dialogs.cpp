@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -27,6 +28,14 @@ QMessageBox::Icon box_icon(Icon icon) {
     return QMessageBox::NoIcon;
 }
 
+// The format of a box's text does not hold for the smaller text below it.
+void explain(QMessageBox& box, const QString& text) {
+    box.setInformativeText(text);
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        label->setTextFormat(Qt::PlainText);
+    }
+}
+
 void prepare(QMessageBox& box, const QString& text, Icon icon, const QString& title) {
     box.setTextFormat(Qt::PlainText); // a path may hold what looks like markup
     box.setText(text);
@@ -37,10 +46,12 @@ void prepare(QMessageBox& box, const QString& text, Icon icon, const QString& ti
 
 } // namespace
 
-void SystemDialogs::show_box(QWidget* parent, const QString& text, Icon icon) {
+void SystemDialogs::show_box(QWidget* parent, const QString& text, Icon icon,
+                             const QString& explanation) {
     const PointerPause pause;
     QMessageBox box(parent);
     prepare(box, text, icon, {});
+    explain(box, explanation);
     box.setStandardButtons(QMessageBox::Ok);
     box.exec();
 }
@@ -54,12 +65,15 @@ bool SystemDialogs::ask(QWidget* parent, const QString& text, Icon icon, const Q
     return box.exec() == QMessageBox::Yes;
 }
 
-Unsaved SystemDialogs::ask_unsaved(QWidget* parent, const QString& text) {
+Unsaved SystemDialogs::ask_unsaved(QWidget* parent, const QString& text, bool can_save) {
     const PointerPause pause;
     QMessageBox box(parent);
     prepare(box, text, Icon::Question, {});
-    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    box.setDefaultButton(QMessageBox::Save);
+    box.setStandardButtons(QMessageBox::Discard | QMessageBox::Cancel);
+    if (can_save) {
+        box.addButton(QMessageBox::Save);
+    }
+    box.setDefaultButton(can_save ? QMessageBox::Save : QMessageBox::Cancel);
     switch (box.exec()) {
     case QMessageBox::Save:
         return Unsaved::Save;

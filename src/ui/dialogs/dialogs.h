@@ -19,11 +19,13 @@ class Dialogs {
     Dialogs& operator=(const Dialogs&) = delete;
     virtual ~Dialogs() = default;
 
-    /// A message box with an OK button.
-    virtual void show_box(QWidget* parent, const QString& text, Icon icon) = 0;
+    /// A message box with an OK button. `explanation` stands below the text, smaller.
+    virtual void show_box(QWidget* parent, const QString& text, Icon icon,
+                          const QString& explanation) = 0;
     /// A Yes/No question; true for Yes. Nothing is chosen beforehand but No.
     virtual bool ask(QWidget* parent, const QString& text, Icon icon, const QString& title) = 0;
-    virtual Unsaved ask_unsaved(QWidget* parent, const QString& text) = 0;
+    /// Save is not offered when `can_save` is false.
+    virtual Unsaved ask_unsaved(QWidget* parent, const QString& text, bool can_save) = 0;
 
     /// The file chosen, or an empty text when the user gives up. `filter` is "NAME (PATTERN ...)".
     virtual QString open_file(QWidget* parent, const QString& title, const QString& folder,
@@ -35,9 +37,10 @@ class Dialogs {
 /// Message boxes of the program's own, file dialogs of the platform.
 class SystemDialogs final : public Dialogs {
   public:
-    void show_box(QWidget* parent, const QString& text, Icon icon) override;
+    void show_box(QWidget* parent, const QString& text, Icon icon,
+                  const QString& explanation) override;
     bool ask(QWidget* parent, const QString& text, Icon icon, const QString& title) override;
-    Unsaved ask_unsaved(QWidget* parent, const QString& text) override;
+    Unsaved ask_unsaved(QWidget* parent, const QString& text, bool can_save) override;
     QString open_file(QWidget* parent, const QString& title, const QString& folder,
                       const QString& filter) override;
     QString save_file(QWidget* parent, const QString& title, const QString& path,

@@ -49,7 +49,7 @@ void EffectsDialog::accept() {
         dialogs_.show_box(this,
                           tr("The values of the parameters are incorect. Double click in the "
                              "textbox for default values. Do not change the overall length."),
-                          Icon::Critical);
+                          Icon::Critical, {});
         return;
     }
     parameters_.lstEffectType = code_bytes(ui_->effect.currentText());

@@ -25,11 +25,12 @@ struct LabelRename::Controls : SetUp<Ui::LabelRename> {
 
 LabelRename::LabelRename(Desk& desk, WindowState& state, std::function<QString()> input_file)
     : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)),
-      reporter_(desk.log, desk.dialogs, this), input_file_(std::move(input_file)) {
+      input_file_(std::move(input_file)) {
     accept_code_text_only(&ui_->suffix);
-    connect(&ui_->browse, &QPushButton::clicked, this, &LabelRename::browse);
-    connect(&ui_->append, &QPushButton::clicked, this, &LabelRename::rename);
-    connect(&ui_->suffix, &QLineEdit::returnPressed, this, &LabelRename::rename);
+    connect(&ui_->browse, &QPushButton::clicked, this, [this] { run([this] { browse(); }); });
+    connect(&ui_->append, &QPushButton::clicked, this, [this] { run([this] { rename(); }); });
+    connect(&ui_->suffix, &QLineEdit::returnPressed, this, [this] { run([this] { rename(); }); });
+    show_reports_below();
 }
 
 LabelRename::~LabelRename() = default;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ui/dialogs/tool_form.h"
-#include "ui/qt_reporter.h"
 
 #include <functional>
 #include <memory>
@@ -27,7 +26,6 @@ class LabelRename : public ToolForm {
     void rename();
 
     std::unique_ptr<Controls> ui_;
-    QtReporter reporter_;
     std::function<QString()> input_file_;
 };
 

@@ -42,8 +42,7 @@ struct LibraryCompiler::Controls : SetUp<Ui::LibraryCompiler> {
 };
 
 LibraryCompiler::LibraryCompiler(Desk& desk, WindowState& state)
-    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)),
-      reporter_(desk.log, desk.dialogs, this) {
+    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)) {
     ui_->version.setText(shown_text(version_caption));
     for (QLineEdit* field :
          {&ui_->identifier, &ui_->name, &ui_->scale, &ui_->size, &ui_->image_power, &ui_->type}) {
@@ -55,14 +54,19 @@ LibraryCompiler::LibraryCompiler(Desk& desk, WindowState& state)
 LibraryCompiler::~LibraryCompiler() = default;
 
 void LibraryCompiler::connect_controls() {
-    connect(&ui_->choose_design, &QPushButton::clicked, this, &LibraryCompiler::choose_design);
-    connect(&ui_->add, &QPushButton::clicked, this, &LibraryCompiler::add);
-    connect(&ui_->remove, &QPushButton::clicked, this, &LibraryCompiler::remove);
-    connect(&ui_->modify, &QPushButton::clicked, this, &LibraryCompiler::modify);
-    connect(&ui_->choose_output, &QPushButton::clicked, this, &LibraryCompiler::choose_output);
-    connect(&ui_->create, &QPushButton::clicked, this, &LibraryCompiler::create);
+    const auto on_click = [this](QPushButton& button, void (LibraryCompiler::*command)()) {
+        connect(&button, &QPushButton::clicked, this,
+                [this, command] { run([this, command] { (this->*command)(); }); });
+    };
+    on_click(ui_->choose_design, &LibraryCompiler::choose_design);
+    on_click(ui_->add, &LibraryCompiler::add);
+    on_click(ui_->remove, &LibraryCompiler::remove);
+    on_click(ui_->modify, &LibraryCompiler::modify);
+    on_click(ui_->choose_output, &LibraryCompiler::choose_output);
+    on_click(ui_->create, &LibraryCompiler::create);
     connect(&ui_->list, &QListWidget::itemSelectionChanged, this, &LibraryCompiler::show_entry);
     connect(&ui_->list, &QListWidget::itemClicked, this, &LibraryCompiler::show_entry);
+    show_reports_below();
 }
 
 void LibraryCompiler::choose_design() {

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "library/library_list.h"
-#include "system/services.h"
 #include "ui/dialogs/tool_form.h"
-#include "ui/qt_reporter.h"
 
 #include <cstddef>
 #include <memory>
@@ -21,7 +19,6 @@ class LibraryCompiler : public ToolForm {
   private:
     struct Controls;
 
-    Services services() { return {desk_.disk, reporter_}; }
     void connect_controls();
     void choose_design();
     void choose_output();
@@ -35,7 +32,6 @@ class LibraryCompiler : public ToolForm {
     std::size_t selected() const;
 
     std::unique_ptr<Controls> ui_;
-    QtReporter reporter_;
     LibraryList list_;
 };
 

@@ -31,8 +31,7 @@ struct ModelModifier::Controls : SetUp<Ui::ModelModifier> {
 };
 
 ModelModifier::ModelModifier(Desk& desk, WindowState& state)
-    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)),
-      reporter_(desk.log, desk.dialogs, this) {
+    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)) {
     const AircraftPaths kept = read_aircraft_paths(services(), desk.program_folder);
     for (std::size_t i = 0; i < path_count; ++i) {
         ui_->paths.at(i)->setText(shown_text(kept.at(i)));
@@ -44,7 +43,8 @@ ModelModifier::~ModelModifier() = default;
 
 void ModelModifier::connect_controls() {
     for (std::size_t i = 0; i < path_count; ++i) {
-        connect(ui_->browse.at(i), &QPushButton::clicked, this, [this, i] { browse(i); });
+        connect(ui_->browse.at(i), &QPushButton::clicked, this,
+                [this, i] { run([this, i] { browse(i); }); });
     }
     connect(&ui_->wings, &QCheckBox::toggled, this, [this](bool checked) {
         for (const std::size_t part : {Fuselage, WingsHigh, WingsLow}) {
@@ -54,9 +54,14 @@ void ModelModifier::connect_controls() {
     connect(&ui_->shadow, &QCheckBox::toggled, this,
             [this](bool checked) { allow(Shadow, checked); });
     connect(&ui_->close, &QPushButton::clicked, this, &QWidget::close);
-    connect(&ui_->process, &QPushButton::clicked, this, &ModelModifier::process_aircraft);
-    connect(&ui_->backup, &QPushButton::clicked, this, &ModelModifier::backup);
-    connect(&ui_->restore, &QPushButton::clicked, this, &ModelModifier::restore);
+    const auto on_click = [this](QPushButton& button, void (ModelModifier::*command)()) {
+        connect(&button, &QPushButton::clicked, this,
+                [this, command] { run([this, command] { (this->*command)(); }); });
+    };
+    on_click(ui_->process, &ModelModifier::process_aircraft);
+    on_click(ui_->backup, &ModelModifier::backup);
+    on_click(ui_->restore, &ModelModifier::restore);
+    show_reports_below();
 }
 
 void ModelModifier::allow(std::size_t part, bool allowed) {

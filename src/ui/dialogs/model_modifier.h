@@ -1,8 +1,6 @@
 #pragma once
 
-#include "system/services.h"
 #include "ui/dialogs/tool_form.h"
-#include "ui/qt_reporter.h"
 
 #include <array>
 #include <cstddef>
@@ -27,7 +25,6 @@ class ModelModifier : public ToolForm {
 
     static constexpr std::size_t path_count = 5;
 
-    Services services() { return {desk_.disk, reporter_}; }
     void connect_controls();
     std::array<std::string, path_count> paths() const;
     void browse(std::size_t part);
@@ -37,7 +34,6 @@ class ModelModifier : public ToolForm {
     void restore();
 
     std::unique_ptr<Controls> ui_;
-    QtReporter reporter_;
 };
 
 } // namespace morvane

@@ -1,12 +1,30 @@
 #include "ui/dialogs/tool_form.h"
 
+#include "ui/widgets/note_strip.h"
 #include "ui/window_state.h"
 
 #include <QCloseEvent>
+#include <QLayout>
+
+#include <utility>
 
 namespace morvane {
 
-ToolForm::ToolForm(Desk& desk, WindowState& state) : desk_(desk), state_(state) {}
+ToolForm::ToolForm(Desk& desk, WindowState& state, QtReporter::Progress progress)
+    : desk_(desk), reporter_(desk.log, desk.dialogs, this, std::move(progress)), state_(state) {}
+
+void ToolForm::run(const std::function<void()>& command) {
+    if (notes_ != nullptr) {
+        notes_->clear();
+    }
+    run_command(reporter_, command);
+}
+
+void ToolForm::show_reports_below() {
+    notes_ = new NoteStrip(this);
+    layout()->addWidget(notes_);
+    reporter_.on_message = [this](const QString& text) { notes_->add(text); };
+}
 
 void ToolForm::bring_up() {
     if (!placed_) {
@@ -22,7 +40,7 @@ void ToolForm::bring_up() {
 void ToolForm::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (desk_.activation.is_activated(*this, *event)) {
-        activated();
+        run_command(reporter_, [this] { activated(); });
     }
 }
 
@@ -31,8 +49,10 @@ void ToolForm::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    leaving();
-    state_.keep(*this);
+    run_command(reporter_, [this] {
+        leaving();
+        state_.keep(*this);
+    });
     desk_.activation.forget(*this);
     event->accept();
 }

@@ -1,11 +1,16 @@
 #pragma once
 
+#include "system/services.h"
 #include "ui/desk.h"
+#include "ui/qt_reporter.h"
 
 #include <QWidget>
 
+#include <functional>
+
 namespace morvane {
 
+class NoteStrip;
 class WindowState;
 
 /// What the forms of the tools have in common: they keep their place on the screen, are told when
@@ -14,7 +19,7 @@ class ToolForm : public QWidget {
     Q_OBJECT
 
   public:
-    ToolForm(Desk& desk, WindowState& state);
+    ToolForm(Desk& desk, WindowState& state, QtReporter::Progress progress = {});
 
     /// Shows the form, in front and active.
     void bring_up();
@@ -30,10 +35,19 @@ class ToolForm : public QWidget {
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
+    /// Every command of a form runs by way of this: nothing that it throws gets past it, and what
+    /// it reports is shown in the form.
+    void run(const std::function<void()>& command);
+    /// Gives the form a strip at its foot that shows what its commands report.
+    void show_reports_below();
+    Services services() { return {desk_.disk, reporter_}; }
+
     Desk& desk_;
+    QtReporter reporter_;
 
   private:
     WindowState& state_;
+    NoteStrip* notes_ = nullptr;
     bool placed_ = false;
 };
 

@@ -44,7 +44,7 @@ void WindsockDialog::accept() {
     const std::string color = code_bytes(ui_->mast_color.text());
     if (color.size() != mast_color_length) {
         dialogs_.show_box(this, tr("The format of mast color must be in RRGGBB format."),
-                          Icon::Critical);
+                          Icon::Critical, {});
         return;
     }
     parameters_.ws_mastColor = color;

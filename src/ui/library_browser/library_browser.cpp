@@ -18,11 +18,11 @@
 namespace morvane {
 
 LibraryBrowser::LibraryBrowser(Desk& desk, WindowState& state)
-    : ToolForm(desk, state), ui_(std::make_unique<Controls>(this)),
-      reporter_(desk.log, desk.dialogs, this,
-                [this](std::string_view what, std::size_t done, std::size_t total) {
-                    return show_progress(what, done, total);
-                }),
+    : ToolForm(desk, state,
+               [this](std::string_view what, std::size_t done, std::size_t total) {
+                   return show_progress(what, done, total);
+               }),
+      ui_(std::make_unique<Controls>(this)),
       inspector_({desk.disk, reporter_}, desk.program_folder) {
     ui_->busyBar->hide();
     ui_->splitter->setStretchFactor(1, 1);
@@ -30,6 +30,7 @@ LibraryBrowser::LibraryBrowser(Desk& desk, WindowState& state)
     prepare_report();
     prepare_objects();
     connect_buttons();
+    show_reports_below();
 }
 
 LibraryBrowser::~LibraryBrowser() = default;
@@ -58,13 +59,16 @@ void LibraryBrowser::prepare_objects() {
 }
 
 void LibraryBrowser::connect_buttons() {
-    connect(&ui_->analyse, &QPushButton::clicked, this, &LibraryBrowser::analyse);
-    connect(&ui_->browse, &QPushButton::clicked, this, &LibraryBrowser::browse);
-    connect(&ui_->search, &QPushButton::clicked, this, &LibraryBrowser::search);
+    const auto on_click = [this](QPushButton& button, void (LibraryBrowser::*command)()) {
+        connect(&button, &QPushButton::clicked, this,
+                [this, command] { run([this, command] { (this->*command)(); }); });
+    };
+    on_click(ui_->analyse, &LibraryBrowser::analyse);
+    on_click(ui_->browse, &LibraryBrowser::browse);
+    on_click(ui_->search, &LibraryBrowser::search);
+    on_click(ui_->make_universal, &LibraryBrowser::make_file_universal);
+    on_click(ui_->revert, &LibraryBrowser::revert_file);
     connect(&ui_->clear, &QPushButton::clicked, this, [this] { inspector_.box.clear(); });
-    connect(&ui_->make_universal, &QPushButton::clicked, this,
-            &LibraryBrowser::make_file_universal);
-    connect(&ui_->revert, &QPushButton::clicked, this, &LibraryBrowser::revert_file);
     connect(ui_->stopButton, &QPushButton::clicked, this, [this] { stop_wanted_ = true; });
     connect(&ui_->file_name, &QLineEdit::returnPressed, this,
             [this] { select_file(ui_->file_name.text()); });

@@ -3,7 +3,6 @@
 #include "bgl/inspector.h"
 #include "ui/dialogs/tool_form.h"
 #include "ui/models/object_model.h"
-#include "ui/qt_reporter.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -41,6 +40,7 @@ class LibraryBrowser : public ToolForm {
     struct Controls;
 
     class Busy;
+    class Searching;
 
     // library_browser.cpp
     void prepare_report();
@@ -75,7 +75,6 @@ class LibraryBrowser : public ToolForm {
     void repaint_now_and_then();
 
     std::unique_ptr<Controls> ui_;
-    QtReporter reporter_;
     Inspector inspector_;
     QFileSystemModel* folders_;
     QFileSystemModel* files_;

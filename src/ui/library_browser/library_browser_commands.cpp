@@ -51,17 +51,28 @@ void LibraryBrowser::analyse() {
     fit_object_columns();
 }
 
+// Whatever ends a search, the other windows come back to life.
+class LibraryBrowser::Searching {
+  public:
+    explicit Searching(LibraryBrowser& browser) : browser_(browser) { browser_.begin_search(); }
+    Searching(const Searching&) = delete;
+    Searching& operator=(const Searching&) = delete;
+    ~Searching() { browser_.end_search(); }
+
+  private:
+    LibraryBrowser& browser_;
+};
+
 void LibraryBrowser::search() {
     objects_.clear();
-    begin_search();
     {
+        const Searching searching(*this);
         const Busy busy(*this);
         search_folder(inspector_, path_bytes(folder()), ui_->auto_clear.isChecked(),
                       [this](const std::string& path, const std::vector<LibraryObject>& objects) {
                           objects_.add(path, objects);
                       });
     }
-    end_search();
     fit_object_columns();
 }
 

@@ -35,7 +35,7 @@ void LibraryBrowser::prepare_files() {
             [this](const QModelIndex& index) { show_files_of(folders_->filePath(index)); });
     connect(ui_->files.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &LibraryBrowser::show_selected_file);
-    connect(&ui_->files, &QListView::activated, this, &LibraryBrowser::analyse);
+    connect(&ui_->files, &QListView::activated, this, [this] { run([this] { analyse(); }); });
     connect(&ui_->all_files, &QCheckBox::toggled, this, &LibraryBrowser::show_all_files);
     show_folder(QDir::homePath());
 }

@@ -38,6 +38,7 @@ struct MainWindow::Controls : SetUp<Ui::MainWindow> {
     QPushButton& library_browser = *Command7;
     QPushButton& label_rename = *Command9;
     QPushButton& library_compiler = *Command13;
+    QLabel& status = *statusText;
     QLabel& version = *Label21;
 };
 

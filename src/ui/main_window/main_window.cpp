@@ -19,16 +19,21 @@
 namespace morvane {
 
 MainWindow::MainWindow(Desk& desk, QWidget* parent)
-    : QMainWindow(parent), ui_(std::make_unique<Controls>(this)), desk_(desk),
-      reporter_(desk.log, desk.dialogs, this), state_(desk.program_folder), tools_(desk, state_) {
+    : QMainWindow(parent), desk_(desk), ui_(std::make_unique<Controls>(this)),
+      reporter_(desk.log, desk.dialogs, this), state_(desk.program_folder, *this),
+      tools_(desk, state_), compiler_(desk.log) {
     prepare_controls();
+    prepare_docks();
     connect_changes();
     connect_buttons();
     connect_menus();
     load_settings();
+    state_.restore(*this);
     show_recent();
     show_selection();
+    show_status();
     update_par_line();
+    connect(ui_->menuRecent, &QMenu::aboutToShow, this, &MainWindow::show_recent);
 }
 
 MainWindow::~MainWindow() = default;
@@ -45,16 +50,22 @@ void MainWindow::prepare_controls() {
     }
     ui_->materials.setModel(&materials_);
     ui_->messages.show_log(desk_.log);
-    ui_->splitter->setStretchFactor(0, 3);
-    ui_->splitter->setStretchFactor(1, 2);
     QSizePolicy keeps_place = ui_->processed_mark.sizePolicy();
     keeps_place.setRetainSizeWhenHidden(true);
     ui_->processed_mark.setSizePolicy(keeps_place);
 }
 
+// Every command of the window runs by way of this: nothing that it throws gets past it.
+void MainWindow::run(const std::function<void()>& command) {
+    run_command(reporter_, command);
+    show_status();
+    update_title();
+}
+
 void MainWindow::connect_changes() {
     connect(&ui_->input_base, &QLineEdit::textChanged, &ui_->output_base, &QLineEdit::setText);
-    connect(&ui_->input_base, &QLineEdit::returnPressed, this, &MainWindow::open);
+    connect(&ui_->input_base, &QLineEdit::textChanged, this, &MainWindow::show_status);
+    connect(&ui_->input_base, &QLineEdit::returnPressed, this, [this] { run([this] { open(); }); });
     connect(&ui_->kind, &QComboBox::currentIndexChanged, this, &MainWindow::update_par_line);
     connect(ui_->materials.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainWindow::show_selection);
@@ -63,7 +74,8 @@ void MainWindow::connect_changes() {
 
 void MainWindow::connect_buttons() {
     const auto on_click = [this](QPushButton* button, void (MainWindow::*command)()) {
-        connect(button, &QPushButton::clicked, this, command);
+        connect(button, &QPushButton::clicked, this,
+                [this, command] { run([this, command] { (this->*command)(); }); });
     };
     on_click(&ui_->browse, &MainWindow::browse);
     on_click(&ui_->open, &MainWindow::open);
@@ -77,7 +89,8 @@ void MainWindow::connect_buttons() {
 
 void MainWindow::connect_menus() {
     const auto on_choice = [this](QAction* action, void (MainWindow::*command)()) {
-        connect(action, &QAction::triggered, this, command);
+        connect(action, &QAction::triggered, this,
+                [this, command] { run([this, command] { (this->*command)(); }); });
     };
     on_choice(ui_->actionBrowse, &MainWindow::browse);
     on_choice(ui_->actionOpen, &MainWindow::open);
@@ -125,7 +138,6 @@ void MainWindow::load_settings() {
     if (!effects_.empty()) {
         parameters_.effects.lstEffectType = effects_.front();
     }
-    state_.restore(*this);
 }
 
 void MainWindow::write_settings() {
@@ -135,7 +147,7 @@ void MainWindow::write_settings() {
     } catch (const RuntimeError& error) {
         report_error(reporter_, error, "Error : ", " :");
     }
-    state_.keep(*this);
+    keep_layout();
 }
 
 Kind MainWindow::kind() const {
@@ -159,7 +171,8 @@ void MainWindow::update_par_line() {
 
 void MainWindow::update_title() {
     const QString name = shown_text(file_name_part(set_.base));
-    setWindowTitle(set_.opened ? tr("Morvane - %1").arg(name) : tr("Morvane"));
+    const QString mark = has_unsaved_work() ? QStringLiteral(" *") : QString();
+    setWindowTitle(set_.opened ? tr("Morvane - %1").arg(name) + mark : tr("Morvane"));
 }
 
 void MainWindow::changeEvent(QEvent* event) {
@@ -170,12 +183,14 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!may_leave_set() || !tools_.close_all()) {
-        event->ignore();
-        return;
-    }
-    write_settings();
-    event->accept();
+    bool closes = false;
+    run([&] {
+        closes = may_leave_set() && tools_.close_all();
+        if (closes) {
+            write_settings();
+        }
+    });
+    event->setAccepted(closes);
 }
 
 } // namespace morvane

@@ -61,8 +61,16 @@ void MainWindow::process() {
     if (process_material(services(), set_, row, kind(), parameters_, desk_.program_folder)
             .processed) {
         made_.push_back({row, kind(), parameters_});
-        show_processed(row);
+        count_work(row);
     }
+}
+
+void MainWindow::count_work(std::size_t row) {
+    if (++unsaved_work_ == 1 && set_.saved) {
+        reporter_.note({"this set has been saved already, so this work cannot be saved: it is lost "
+                        "with Restore and Open, which have to come first."});
+    }
+    show_processed(row);
 }
 
 void MainWindow::show_processed(std::size_t row) {

@@ -32,7 +32,7 @@ const Assignment& assignment_of(const Recipe& recipe, const RecipePlan& plan, st
 
 void MainWindow::choose_recipe() {
     if (!set_.opened) {
-        desk_.dialogs.show_box(this, tr("Open a source set first."), Icon::Exclamation);
+        desk_.dialogs.show_box(this, tr("Open a source set first."), Icon::Exclamation, {});
         return;
     }
     const QString path =
@@ -63,7 +63,7 @@ void MainWindow::carry_out(const Recipe& recipe, const RecipePlan& plan) {
     for (const ProcessedMaterial& material : result.processed) {
         made_.push_back(
             {material.row, material.kind, assignment_of(recipe, plan, material.row).parameters});
-        show_processed(material.row);
+        count_work(material.row);
     }
 }
 
@@ -71,7 +71,7 @@ void MainWindow::save_recipe_file() {
     if (made_.empty()) {
         desk_.dialogs.show_box(this,
                                tr("Process a material first: a recipe says what was made of each."),
-                               Icon::Exclamation);
+                               Icon::Exclamation, {});
         return;
     }
     const QString proposal = ui_->input_base.text() + QStringLiteral(".toml");

@@ -4,6 +4,7 @@
 #include "objects/save.h"
 #include "source/chosen_file.h"
 #include "source/open_source_set.h"
+#include "source/source_set.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/hourglass.h"
 #include "ui/main_window/controls.h"
@@ -14,6 +15,8 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QMimeData>
+
+#include <utility>
 
 namespace morvane {
 
@@ -82,6 +85,7 @@ bool MainWindow::open_set() {
 
 void MainWindow::show_opened_set() {
     made_.clear();
+    unsaved_work_ = 0;
     materials_.show_set(set_);
     for (int column = 0; column < materials_.columnCount(); ++column) {
         ui_->materials.resizeColumnToContents(column);
@@ -119,21 +123,45 @@ void MainWindow::show_selection() {
 
 void MainWindow::save() {
     const Hourglass hourglass;
-    if (save_set(services(), set_, output_base()).saved) {
+    if (may_replace_files() && save_set(services(), set_, output_base()).saved) {
+        unsaved_work_ = 0;
         ui_->save_step.set_done(true);
     }
 }
 
+// The output box follows the input box, where the path of another set may be waiting to be opened.
+bool MainWindow::may_replace_files() {
+    if (set_.saved || set_.records.empty()) {
+        return true; // nothing will be written
+    }
+    std::vector<std::pair<std::string, std::string>> files{
+        {model_file_name(output_base()), model_file_name(set_.base)}};
+    if (set_.frame_changed) {
+        files.emplace_back(frame_file_name(output_base()), frame_file_name(set_.base));
+    }
+    for (const auto& [output, opened] : files) {
+        if (desk_.disk.is_file(output) && !is_same_file(desk_.disk, output, opened)) {
+            return reporter_.ask(output + " is not the set that is open. Replace it?",
+                                 Icon::Exclamation, {});
+        }
+    }
+    return true;
+}
+
 bool MainWindow::has_unsaved_work() const {
-    return set_.opened && !set_.saved && !set_.records.empty();
+    return set_.opened && unsaved_work_ > 0;
 }
 
 bool MainWindow::may_leave_set() {
     if (!has_unsaved_work()) {
         return true;
     }
-    switch (desk_.dialogs.ask_unsaved(
-        this, tr("Materials of this set have been processed but not saved. Save them now?"))) {
+    const QString question =
+        set_.saved
+            ? tr("Materials have been processed since this set was saved. That work cannot be "
+                 "saved: Restore and Open have to come before it. Discard it?")
+            : tr("Materials of this set have been processed but not saved. Save them now?");
+    switch (desk_.dialogs.ask_unsaved(this, question, !set_.saved)) {
     case Unsaved::Save:
         save();
         return set_.saved;
@@ -145,11 +173,28 @@ bool MainWindow::may_leave_set() {
     return false;
 }
 
+// A path is often longer than the box that it was typed into: here it can be read whole.
+void MainWindow::show_status() {
+    const QString typed = ui_->input_base.text();
+    const QString opened = shown_text(set_.base);
+    QString text = typed.isEmpty() ? tr("No source set is open.") : tr("Not open: %1").arg(typed);
+    if (set_.opened) {
+        text = typed == opened ? typed : tr("Open: %1. Not open yet: %2").arg(opened, typed);
+    }
+    ui_->status.setText(text);
+    ui_->status.setToolTip(text);
+}
+
+// Sets whose files are gone are removed, so that nobody chooses one.
 void MainWindow::show_recent() {
     ui_->menuRecent->clear();
     for (const QString& base : state_.recent()) {
+        if (!desk_.disk.is_file(model_file_name(path_bytes(base)))) {
+            state_.remove_recent(base);
+            continue;
+        }
         ui_->menuRecent->addAction(QString(base).replace(QLatin1Char('&'), QLatin1String("&&")),
-                                   this, [this, base] { open_base(base); });
+                                   this, [this, base] { run([&] { open_base(base); }); });
     }
     ui_->menuRecent->setEnabled(!ui_->menuRecent->isEmpty());
 }
@@ -162,7 +207,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
-    open_base(base_of_dropped(*event->mimeData()));
+    run([&] { open_base(base_of_dropped(*event->mimeData())); });
 }
 
 } // namespace morvane

@@ -18,8 +18,8 @@ namespace morvane {
 
 void MainWindow::connect_tools() {
     const auto opens = [this](QPushButton* button, QAction* action, auto show) {
-        connect(button, &QPushButton::clicked, this, show);
-        connect(action, &QAction::triggered, this, show);
+        connect(button, &QPushButton::clicked, this, [this, show] { run(show); });
+        connect(action, &QAction::triggered, this, [this, show] { run(show); });
     };
     opens(&ui_->model_modifier, ui_->actionWings, [this] { tools_.show_model_modifier(); });
     opens(&ui_->library_browser, ui_->actionLibrary, [this] { tools_.show_library_browser(); });
@@ -39,10 +39,33 @@ void MainWindow::restore_backup() {
     restore_source_sets(services(), {output_base()});
 }
 
+// The compiler reads the files, not what has been processed since they were saved.
+bool MainWindow::may_compile() {
+    if (!has_unsaved_work() || set_.saved) {
+        return true;
+    }
+    switch (desk_.dialogs.ask_unsaved(this,
+                                      tr("Save first? Materials of this set have been processed "
+                                         "but not saved; the compiler would not see them."),
+                                      true)) {
+    case Unsaved::Save:
+        save();
+        return set_.saved;
+    case Unsaved::Discard:
+        return true;
+    case Unsaved::Cancel:
+        break;
+    }
+    return false;
+}
+
 void MainWindow::compile() {
+    if (!may_compile()) {
+        return;
+    }
     const CompileJob job{output_base(), desk_.program_folder};
     if (auto program = start_compile(services(), desk_.launcher, job)) {
-        tools_.viewer().follow(compile_output_file(job), std::move(program));
+        tools_.viewer().follow(compile_output_file(job), compiler_.watch(std::move(program)));
     }
 }
 
@@ -60,7 +83,7 @@ void MainWindow::show_about() {
         tr("Morvane %1\n\nTurns marked materials of exported scenery and aircraft models into "
            "lights, effects, windsocks and library objects.")
             .arg(ui_->version.text()),
-        Icon::Information);
+        Icon::Information, {});
 }
 
 } // namespace morvane

@@ -24,6 +24,9 @@ void MaterialModel::show_set(const OpenSet& set) {
 }
 
 void MaterialModel::show_processed(int row, const QString& kind) {
+    if (row < 0 || row >= rowCount()) {
+        return;
+    }
     rows_.at(static_cast<std::size_t>(row)).processed = kind;
     Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
@@ -66,6 +69,9 @@ QVariant MaterialModel::decoration(const Row& row, int column) const {
 }
 
 QVariant MaterialModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
     const Row& row = rows_.at(static_cast<std::size_t>(index.row()));
     const bool is_number = index.column() == Number || index.column() == Triangles;
     switch (role) {
@@ -84,7 +90,8 @@ QVariant MaterialModel::data(const QModelIndex& index, int role) const {
 QVariant MaterialModel::headerData(int section, Qt::Orientation orientation, int role) const {
     static constexpr const char* titles[] = {"No.", "Color", "Highlight", "Triangles",
                                              "Processed as"};
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= ColumnCount) {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 ||
+        section >= ColumnCount) {
         return {};
     }
     return QString::fromLatin1(titles[section]);

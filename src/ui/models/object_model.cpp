@@ -36,6 +36,9 @@ int ObjectModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ObjectModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
     const Row& row = rows_.at(static_cast<std::size_t>(index.row()));
     const bool is_number = index.column() >= Scale && index.column() <= Power;
     if (role == Qt::TextAlignmentRole) {
@@ -67,7 +70,8 @@ QVariant ObjectModel::data(const QModelIndex& index, int role) const {
 QVariant ObjectModel::headerData(int section, Qt::Orientation orientation, int role) const {
     static constexpr const char* titles[] = {"Name", "Identifier", "Scale",
                                              "Type", "Power",      "File"};
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= ColumnCount) {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 ||
+        section >= ColumnCount) {
         return {};
     }
     return QString::fromLatin1(titles[section]);
