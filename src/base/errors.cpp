@@ -36,12 +36,26 @@ const char* error_description(ErrorNumber number) {
     return "Unknown error";
 }
 
-RuntimeError::RuntimeError(ErrorNumber number, std::string about)
-    : number_(number), about_(std::move(about)),
+RuntimeError::RuntimeError(ErrorNumber number, std::string about, std::size_t line)
+    : number_(number), about_(std::move(about)), line_(line),
       what_(std::to_string(static_cast<int>(number)) + " : " + error_description(number)) {
     if (!about_.empty()) {
         what_ += " (" + about_ + ")";
     }
+}
+
+RuntimeError RuntimeError::at_line(std::size_t line) const {
+    RuntimeError result = *this;
+    result.line_ = line_ == 0 ? line : line_;
+    return result;
+}
+
+RuntimeError RuntimeError::in_file(const std::string& path) const {
+    RuntimeError result = *this;
+    if (line_ != 0 && path_.empty()) {
+        result.path_ = path;
+    }
+    return result;
 }
 
 const char* RuntimeError::description() const {

@@ -18,8 +18,9 @@ void Reporter::note(const Note& note) {
 
 void report_error(Reporter& reporter, const RuntimeError& error, std::string_view before,
                   std::string_view between, Icon icon) {
-    if (!error.about().empty()) {
-        reporter.note({std::string(error.description()) + ": " + error.about()});
+    if (!error.about().empty() || error.line() != 0) {
+        const std::string about = error.about().empty() ? "" : ": " + error.about();
+        reporter.note({error.description() + about, error.path(), error.line()});
     }
     reporter.message_box(std::string(before) + std::to_string(error.number()) +
                              std::string(between) + error.description(),

@@ -40,7 +40,7 @@ class Reporter {
 };
 
 /// Shows a run-time error as a box: `before`, its number, `between`, its description; what the
-/// error was about, if it says, goes to the log as a note.
+/// error was about and its place, if it has them, go to the log as a note.
 void report_error(Reporter& reporter, const RuntimeError& error, std::string_view before,
                   std::string_view between, Icon icon = Icon::None);
 

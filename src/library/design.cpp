@@ -69,7 +69,7 @@ std::optional<DesignDescription> describe_design(const Services& services,
                                                  const std::string& base) {
     LineStore model;
     LineStore frame;
-    if (load_source_set(services, base, model, frame) == 0) {
+    if (!load_source_set(services, base, model, frame).any()) {
         services.reporter.message_box("Invalid filename", Icon::Exclamation);
         return std::nullopt;
     }

@@ -26,6 +26,9 @@ std::string high_hex(double value) {
 
 double unit_factor(const Placement& placement) {
     const double scale = number_field(get_field(placement.placement_line, 4));
+    if (!placement.unreadable.empty()) {
+        throw RuntimeError(ErrorNumber::DivisionByZero, placement.unreadable);
+    }
     if (scale == 0) {
         throw RuntimeError(ErrorNumber::DivisionByZero,
                            placement.placement_line.empty()

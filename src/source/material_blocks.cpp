@@ -117,9 +117,8 @@ class BlockFinder {
         const bool stopped = overfull_line_ != not_found &&
                              (selecting_line == not_found || selecting_line >= overfull_line_);
         if (stopped) {
-            throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "model file line " +
-                                                                     to_text(overfull_line_) +
-                                                                     " has more than 40 operands");
+            throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "a line of more than 40 operands",
+                               overfull_line_);
         }
     }
 

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "source/fields.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -33,6 +34,37 @@ std::size_t find_whole_line(const LineStore& model, std::string_view text) {
         ++i;
     }
     return i;
+}
+
+// One part of a colour, 0.0 .. 1.0, as two hexadecimal digits.
+std::string color_part(std::string_view operand) {
+    const double part = std::floor(val(operand) * 255);
+    try {
+        const std::string padded =
+            "00" + hex_text(static_cast<std::uint32_t>(round_to_int32(part)));
+        return padded.substr(padded.size() - 2);
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.code(),
+                           "the colour's part " + std::string(operand) + " is not between 0 and 1");
+    }
+}
+
+// The row of a material, without its block; none when it is not marked.
+std::optional<Translation> translation_row(const Material& material, std::size_t number,
+                                           std::size_t rows_before) {
+    const auto index = match_highlight(material.text);
+    if (!index) {
+        return std::nullopt;
+    }
+    if (rows_before == OpenSet::max_translations) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "more than 300 marked materials");
+    }
+    return Translation{number,
+                       material.list_line,
+                       {},
+                       std::string(highlight_digits(*index)),
+                       material_color(material.text),
+                       {}};
 }
 
 // The line without the "; " that each rewrite has put in front of it.
@@ -87,13 +119,7 @@ std::string_view highlight_color_name(std::string_view digits) {
 
 std::string material_color(std::string_view material_line) {
     const FieldArray fields = split_fields(material_line);
-    std::string color;
-    for (const std::size_t operand : {1, 2, 3}) {
-        const std::int32_t part = round_to_int32(std::floor(val(fields[operand]) * 255));
-        const std::string padded = "00" + hex_text(static_cast<std::uint32_t>(part));
-        color += padded.substr(padded.size() - 2);
-    }
-    return color;
+    return color_part(fields[1]) + color_part(fields[2]) + color_part(fields[3]);
 }
 
 std::string swap_rgb(std::string_view color) {
@@ -120,25 +146,27 @@ bool is_rewritten(const LineStore& model, const MaterialBlock& block) {
     return false;
 }
 
+bool has_rewritten_block(const LineStore& model) {
+    try {
+        const auto rows = build_translation_list(model, find_material_list(model));
+        return std::any_of(rows.begin(), rows.end(),
+                           [&](const Translation& row) { return is_rewritten(model, row.block); });
+    } catch (const RuntimeError&) {
+        return false; // no export that Process could have rewritten
+    }
+}
+
 std::vector<Translation> build_translation_list(const LineStore& model,
                                                 const std::vector<Material>& materials) {
     std::vector<Translation> rows;
     std::vector<std::size_t> numbers;
     for (std::size_t i = 0; i < materials.size(); ++i) {
-        const auto index = match_highlight(materials[i].text);
-        if (!index) {
-            continue;
+        const std::optional<Translation> row = with_line(
+            materials[i].list_line, [&] { return translation_row(materials[i], i, rows.size()); });
+        if (row) {
+            numbers.push_back(i);
+            rows.push_back(*row);
         }
-        if (rows.size() == OpenSet::max_translations) {
-            throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "more than 300 marked materials");
-        }
-        numbers.push_back(i);
-        rows.push_back({i,
-                        materials[i].list_line,
-                        {},
-                        std::string(highlight_digits(*index)),
-                        material_color(materials[i].text),
-                        {}});
     }
     const std::vector<MaterialBlock> blocks = find_material_blocks(model, numbers);
     for (std::size_t row = 0; row < rows.size(); ++row) {

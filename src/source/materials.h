@@ -49,8 +49,13 @@ std::vector<MaterialBlock> find_material_blocks(const LineStore& model,
 /// drawn.
 bool is_rewritten(const LineStore& model, const MaterialBlock& block);
 
+/// Whether any marked material of a model shows that it was rewritten. False for a model whose
+/// materials cannot be read.
+bool has_rewritten_block(const LineStore& model);
+
 /// The translation table: a row for each marked material, in the order of the material list.
-/// Throws SubscriptOutOfRange beyond 300 rows.
+/// Throws RuntimeError with the line of the model: SubscriptOutOfRange beyond 300 rows and for a
+/// line of more than 40 operands, Overflow for a colour far out of range.
 std::vector<Translation> build_translation_list(const LineStore& model,
                                                 const std::vector<Material>& materials);
 

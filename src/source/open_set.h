@@ -40,6 +40,7 @@ struct Placement {
     double placement_b_degrees = 0; // reference latitude in degrees
     std::string placement_line;     // the SCALE_AGL line
     double placement_rotation = 0;  // 1/65536 of a full turn
+    std::string unreadable;         // why the frame file's placement could not be read, or empty
 };
 
 /// One insertion into the model file.

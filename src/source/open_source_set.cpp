@@ -73,16 +73,29 @@ bool analyse(const Services& services, OpenSet& set) {
     set.materials = find_material_list(set.model);
     reporter.add_message("Materials found : " + to_text(set.materials.size()) + " ");
     set.vertex_list = find_vertex_list(set.model);
-    set.translations = build_translation_list(set.model, set.materials);
+    with_file(model_file_name(set.base),
+              [&] { set.translations = build_translation_list(set.model, set.materials); });
     reporter.add_message("Materials for translation : " + to_text(set.translations.size()));
     if (!is_usable(set)) {
         reporter.message_box("This file cannot be used. (Already processed ?)", Icon::Critical);
         return false;
     }
     list_colors(set, reporter);
-    set.placement = read_placement(set.frame, reporter);
-    note_further_places(set, reporter);
     return true;
+}
+
+// The list is filled by now: what needs no placement can be made without one.
+void add_placement(OpenSet& set, Reporter& reporter) {
+    const std::string frame = frame_file_name(set.base);
+    try {
+        set.placement = with_file(frame, [&] { return read_placement(set.frame, reporter); });
+    } catch (const RuntimeError& error) {
+        report_error(reporter, error, "Error : ", " :");
+        set.placement.unreadable = "the placement could not be read from " + frame;
+        if (error.line() != 0) {
+            set.placement.unreadable += " because of line " + to_text(error.line());
+        }
+    }
 }
 
 } // namespace
@@ -97,10 +110,15 @@ bool open_source_set(const Services& services, OpenSet& set, const std::string& 
         services.reporter.clear_messages();
         set.model_file = look_at_file(services.disk, model_file_name(base));
         set.frame_file = look_at_file(services.disk, frame_file_name(base));
-        if (load_source_set(services, base, set.model, set.frame) == 0) {
+        // With only half of it Save would write over a file that was never read.
+        if (!load_source_set(services, base, set.model, set.frame).whole()) {
             return false;
         }
         set.opened = analyse(services, set);
+        if (set.opened) {
+            add_placement(set, services.reporter);
+            note_further_places(set, services.reporter);
+        }
         return set.opened;
     } catch (const RuntimeError& error) {
         report_error(services.reporter, error, "Error : ", " :");

@@ -1,5 +1,6 @@
 #include "source/placement.h"
 
+#include "base/errors.h"
 #include "base/numbers.h"
 #include "source/fields.h"
 
@@ -24,21 +25,29 @@ double read_rotation(std::string_view line, Reporter& reporter) {
     return rotation;
 }
 
+// Reads a line of the frame into `result` if it is a SCALE_AGL line; false for any other.
+bool read_scale(std::string_view line, Placement& result) {
+    const FieldArray fields = split_fields(line);
+    if (!fields[0].starts_with("SCALE_AGL")) {
+        return false;
+    }
+    const double fraction = masm_hex(fields[8]) / 65536;
+    result.placement_a = masm_hex(fields[7]) + fraction;
+    result.placement_b = masm_hex(fields[5]) + fraction;
+    result.placement_b_degrees = result.placement_b / 12734620 * 360 / pi;
+    result.placement_line = line;
+    return true;
+}
+
 } // namespace
 
 Placement read_placement(const LineStore& frame, Reporter& reporter) {
     Placement result;
     for (std::size_t i = 1; i <= frame.upper(); ++i) {
-        const FieldArray fields = split_fields(frame.line(i));
-        if (!fields[0].starts_with("SCALE_AGL")) {
-            continue;
+        if (with_line(i, [&] { return read_scale(frame.line(i), result); })) {
+            result.placement_rotation =
+                with_line(i + 1, [&] { return read_rotation(frame.line(i + 1), reporter); });
         }
-        const double fraction = masm_hex(fields[8]) / 65536;
-        result.placement_a = masm_hex(fields[7]) + fraction;
-        result.placement_b = masm_hex(fields[5]) + fraction;
-        result.placement_b_degrees = result.placement_b / 12734620 * 360 / pi;
-        result.placement_line = frame.line(i);
-        result.placement_rotation = read_rotation(frame.line(i + 1), reporter);
     }
     return result;
 }

@@ -6,21 +6,33 @@
 #include "system/replace_files.h"
 #include "system/text_writer.h"
 
+#include <optional>
+
 namespace morvane {
 
-std::size_t load_file2array(const Services& services, const std::string& path, LineStore& store) {
+namespace {
+
+// Returns the error, after its message; none when the store holds the file.
+std::optional<RuntimeError> load(const Services& services, const std::string& path,
+                                 LineStore& store) {
     if (!services.disk.is_file(path)) {
         services.reporter.message_box("Error ! File does not exist: (" + path + ").",
                                       Icon::Critical);
-        return 0;
+        return RuntimeError(ErrorNumber::FileNotFound, path);
     }
     try {
         store = LineStore::read(*services.disk.open_for_reading(path));
-        return store.upper();
+        return std::nullopt;
     } catch (const RuntimeError& error) {
         report_error(services.reporter, error, "Error in load_file2array: ", " :");
-        return 0;
+        return error;
     }
+}
+
+} // namespace
+
+std::size_t load_file2array(const Services& services, const std::string& path, LineStore& store) {
+    return load(services, path, store) ? 0 : store.upper();
 }
 
 void write_lines(TextWriter& out, const LineStore& store, std::size_t first, std::size_t last) {
@@ -36,18 +48,19 @@ void write_lines(TextWriter& out, const LineStore& store, std::size_t first, std
     }
 }
 
-void save_array2file(Disk& disk, const std::string& path, const LineStore& store) {
-    replace_file(disk, path, [&](TextWriter& out) { write_lines(out, store, 1, store.upper()); });
+void save_array2file(Disk& disk, const std::string& path, const LineStore& store,
+                     const std::string& permissions_of) {
+    replace_files(disk, {{path, [&](TextWriter& out) { write_lines(out, store, 1, store.upper()); },
+                          permissions_of}});
 }
 
-bool copy_text_file(const Services& services, const std::string& source,
-                    const std::string& destination) {
+void copy_text_file(const Services& services, const std::string& source,
+                    const std::string& destination, const std::string& permissions_of) {
     LineStore store;
-    if (load_file2array(services, source, store) == 0) {
-        return false;
+    if (const auto error = load(services, source, store)) {
+        throw *error;
     }
-    save_array2file(services.disk, destination, store);
-    return true;
+    save_array2file(services.disk, destination, store, permissions_of);
 }
 
 } // namespace morvane

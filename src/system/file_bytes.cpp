@@ -42,13 +42,15 @@ std::uint64_t copy_bytes(Disk& disk, const std::string& path, TextWriter& out,
     return offset - start;
 }
 
-void copy_file_bytes(Disk& disk, const std::string& source, const std::string& destination) {
-    replace_file(disk, destination, [&](TextWriter& out) {
+void copy_file_bytes(Disk& disk, const std::string& source, const std::string& destination,
+                     const std::string& permissions_of) {
+    const auto write = [&](TextWriter& out) {
         const std::uint64_t copied = copy_bytes(disk, source, out);
         if (disk.is_file(destination)) {
             copy_bytes(disk, destination, out, copied);
         }
-    });
+    };
+    replace_files(disk, {{destination, write, permissions_of}});
 }
 
 } // namespace morvane

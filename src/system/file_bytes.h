@@ -31,7 +31,9 @@ std::uint64_t copy_bytes(Disk& disk, const std::string& path, TextWriter& out,
 
 /// Copies every byte of `source` over the start of `destination`. The destination is not shortened:
 /// what an older, longer file holds after the copied length stays in place.
+/// The destination takes the permissions of `permissions_of`; when that is empty it keeps its own.
 /// Throws RuntimeError; the old destination is then whole.
-void copy_file_bytes(Disk& disk, const std::string& source, const std::string& destination);
+void copy_file_bytes(Disk& disk, const std::string& source, const std::string& destination,
+                     const std::string& permissions_of = {});
 
 } // namespace morvane

@@ -13,6 +13,7 @@ namespace {
 
 struct Target {
     std::string path;      // links resolved
+    std::string model;     // the file whose permissions the new one takes
     std::string temporary; // the new content, once we have begun to write it
     std::string kept;      // a copy of the old content, once we have begun to write it
     // Both stay open, and with that locked, until all is over: another run that replaces the same
@@ -184,6 +185,7 @@ Target prepare(Disk& disk, const FileReplacement& file) {
     }
     target.existed = disk.is_file(target.path);
     target.in_place = disk.link_count(target.path) > 1;
+    target.model = file.permissions_of.empty() ? target.path : file.permissions_of;
     if (target.existed) {
         require_writable(disk, target.path);
     }
@@ -197,7 +199,7 @@ void write_all(Disk& disk, const std::vector<FileReplacement>& files,
         Target& target = targets.back();
         require_whole(disk, target);
         remove_stray_copy(disk, target);
-        target.temporary_file = write_temporary(disk, temporary_name(target), target.path,
+        target.temporary_file = write_temporary(disk, temporary_name(target), target.model,
                                                 target.temporary, file.write);
     }
     for (std::size_t i = 0; i < targets.size(); ++i) {

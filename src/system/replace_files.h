@@ -13,6 +13,7 @@ class TextWriter;
 struct FileReplacement {
     std::string path;
     std::function<void(TextWriter&)> write;
+    std::string permissions_of{}; // the file whose permissions it takes; empty: it keeps its own
 };
 
 /// Replaces files whole, so that each is always the old one or the new one.

@@ -82,7 +82,8 @@ TEST(FindMaterialBlock, LineOfTooManyOperandsBeforeTheSelectionIsAnError) {
     for (const std::size_t number : {2U, 3U}) {
         const RuntimeError error = thrown_by([&] { find(model, number); });
         EXPECT_EQ(error.number(), 9);
-        EXPECT_EQ(error.about(), "model file line 2 has more than 40 operands");
+        EXPECT_EQ(error.about(), "a line of more than 40 operands");
+        EXPECT_EQ(error.line(), 2U);
     }
     EXPECT_EQ(thrown_by([&] { find_material_blocks(LineStore(model), {1, 2}); }).number(), 9);
 }
@@ -105,8 +106,7 @@ TEST(FindMaterialBlock, InALargeModelToo) {
     model[20'002] = overfull("X");
     EXPECT_EQ(find(model, 1).selecting_line, 20'001U);
     model[19'999] = overfull("X");
-    EXPECT_EQ(thrown_by([&] { find(model, 1); }).about(),
-              "model file line 20000 has more than 40 operands");
+    EXPECT_EQ(thrown_by([&] { find(model, 1); }).line(), 20'000U);
 }
 
 /// One material's search, a step at a time.

@@ -177,14 +177,83 @@ TEST_F(OpenSourceSet, EmptyFiles) {
     expect_refused({}, "This file cannot be used. (Already processed ?)");
 }
 
+const Box unreadable_file{"Error in load_file2array: 70 :Permission denied", Icon::None};
+const Box refused_set{"Error ! Make sure you do not specify the extension, and both azm and asm "
+                      "files are in the same folder.",
+                      Icon::None};
+
 TEST_F(OpenSourceSet, FailureWhileLoading) {
     write(small_model, small_frame);
     disk.fail_from(1, ErrorNumber::PermissionDenied);
     EXPECT_FALSE(open());
-    EXPECT_THAT(reporter.boxes,
-                ElementsAre(Box{"Error in load_file2array: 70 :Permission denied", Icon::None},
-                            Box{"Error in load_file2array: 70 :Permission denied", Icon::None}));
+    EXPECT_THAT(reporter.boxes, ElementsAre(unreadable_file, unreadable_file, refused_set));
     EXPECT_FALSE(set.opened);
+}
+
+TEST_F(OpenSourceSet, HalfASetIsRefused) {
+    write(small_model, small_frame);
+    for (const std::size_t file : {1U, 2U}) { // the model is read first
+        disk.fail_at(file, ErrorNumber::PermissionDenied);
+        reporter.boxes.clear();
+        EXPECT_FALSE(open());
+        EXPECT_THAT(reporter.boxes, ElementsAre(unreadable_file, refused_set));
+        EXPECT_FALSE(set.opened);
+        EXPECT_THAT(set.translations, IsEmpty());
+    }
+}
+
+std::string overfull(const std::string& beginning) {
+    return beginning + " 1" + std::string(60, ',') + "x";
+}
+
+TEST_F(OpenSourceSet, AFrameLineOfTooManyOperandsLeavesTheListUsable) {
+    write(small_model, {"first", overfull("  BGL"), small_frame[0]});
+    EXPECT_TRUE(open());
+    EXPECT_TRUE(set.opened);
+    EXPECT_EQ(set.translations.size(), 2U);
+    EXPECT_THAT(reporter.boxes, ElementsAre(Box{"Error : 9 :Subscript out of range", Icon::None}));
+    ASSERT_FALSE(reporter.notes.empty());
+    EXPECT_EQ(place_and_text(reporter.notes[0]),
+              base + ".asm:2: Subscript out of range: a line of more than 40 operands");
+    EXPECT_THAT(reporter.plain_messages(), testing::Contains("Material colors : "));
+    EXPECT_EQ(set.placement.placement_line, "");
+    EXPECT_EQ(set.placement.unreadable,
+              "the placement could not be read from " + base + ".asm because of line 2");
+}
+
+TEST_F(OpenSourceSet, APlacementInFrontOfALineOfTooManyOperandsIsNotHalfUsed) {
+    write(small_model, {small_frame[0], overfull("INSTANCE_CALL")});
+    EXPECT_TRUE(open());
+    ASSERT_FALSE(reporter.notes.empty());
+    EXPECT_EQ(reporter.notes[0].line, 2U);
+    EXPECT_EQ(set.placement.placement_line, "");
+}
+
+TEST_F(OpenSourceSet, AMaterialLineOfTooManyOperandsIsNamed) {
+    Lines model = small_model;
+    model[2] = overfull("    MATERIAL_DEF 1,1,1,1,1,1,1,1");
+    expect_refused(model, "Error : 9 :Subscript out of range");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(place_and_text(reporter.notes[0]),
+              base + "_0.asm:3: Subscript out of range: a line of more than 40 operands");
+}
+
+TEST_F(OpenSourceSet, AColorOutOfRangeIsNamed) {
+    Lines model = small_model;
+    model[3] = "MATERIAL_DEF 0.5,1e9,0.0,1.0,  0.5,0.5,0.5,  1.0,0.0,0.0,  0,0,0,  0 ; 2";
+    expect_refused(model, "Error : 6 :Overflow");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(place_and_text(reporter.notes[0]),
+              base + "_0.asm:4: Overflow: the colour's part 1e9 is not between 0 and 1");
+}
+
+TEST_F(OpenSourceSet, ALineOfTooManyOperandsBeforeABlockIsNamed) {
+    Lines model = small_model;
+    model[6] = overfull("X");
+    expect_refused(model, "Error : 9 :Subscript out of range");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(reporter.notes[0].path, base + "_0.asm");
+    EXPECT_EQ(reporter.notes[0].line, 7U);
 }
 
 TEST_F(OpenSourceSet, OpeningAgainBeginsAnew) {

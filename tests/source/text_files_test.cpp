@@ -77,13 +77,15 @@ TEST_F(TextFiles, FailureWhileLoadingIsTold) {
 }
 
 TEST_F(TextFiles, CopyTextFileNormalisesAndAddsTheEmptyLine) {
-    EXPECT_TRUE(copy_text_file(services, folder.write("a.asm", "1\n2\r3"), folder.file("b.asm")));
+    copy_text_file(services, folder.write("a.asm", "1\n2\r3"), folder.file("b.asm"));
     EXPECT_EQ(folder.read("b.asm"), crlf({"1", "2", "3", ""}));
     EXPECT_THAT(reporter.boxes, IsEmpty());
 }
 
 TEST_F(TextFiles, CopyTextFileOfNothingWritesNothing) {
-    EXPECT_FALSE(copy_text_file(services, folder.file("none.asm"), folder.file("b.asm")));
+    const RuntimeError error =
+        thrown_by([&] { copy_text_file(services, folder.file("none.asm"), folder.file("b.asm")); });
+    EXPECT_EQ(error.number(), 53);
     EXPECT_EQ(reporter.boxes.size(), 1U);
     EXPECT_FALSE(folder.has("b.asm"));
 }
@@ -127,7 +129,7 @@ class SourceSet : public TextFiles {
   protected:
     LineStore model;
     LineStore frame;
-    int load() { return load_source_set(services, folder.file("base"), model, frame); }
+    LoadedSet load() { return load_source_set(services, folder.file("base"), model, frame); }
 };
 
 TEST_F(SourceSet, NamesAreConcatenated) {
@@ -137,27 +139,43 @@ TEST_F(SourceSet, NamesAreConcatenated) {
     EXPECT_EQ(frame_file_name("b.asm"), "b.asm.asm");
 }
 
-TEST_F(SourceSet, GivesTheSumOfBothLoads) {
+TEST_F(SourceSet, LoadsBothFiles) {
     folder.write("base_0.asm", crlf({"m1", "m2"}));
     folder.write("base.asm", crlf({"f1"}));
-    EXPECT_EQ(load(), 3 + 2);
+    const LoadedSet loaded = load();
+    EXPECT_EQ(loaded.model, 3U);
+    EXPECT_EQ(loaded.frame, 2U);
+    EXPECT_TRUE(loaded.whole());
     EXPECT_EQ(model.line(2), "m2");
     EXPECT_EQ(frame.line(1), "f1");
 }
 
-TEST_F(SourceSet, SumIsBoundedToSixteenBits) {
-    folder.write("base_0.asm", std::string(40'000, '\n'));
-    folder.write("base.asm", "");
-    EXPECT_EQ(load(), 32767);
-    EXPECT_EQ(model.element0(), "40001");
-}
-
-TEST_F(SourceSet, MissingFileGivesItsOwnMessageAndAddsNothing) {
+TEST_F(SourceSet, MissingFileHasItsOwnMessageOnly) {
     folder.write("base.asm", crlf({"f1"}));
-    EXPECT_EQ(load(), 2);
+    const LoadedSet loaded = load();
+    EXPECT_EQ(loaded.model, 0U);
+    EXPECT_EQ(loaded.frame, 2U);
+    EXPECT_TRUE(loaded.any());
+    EXPECT_FALSE(loaded.whole());
     EXPECT_THAT(reporter.boxes,
                 ElementsAre(Box{"Error ! File does not exist: (" + folder.file("base_0.asm") + ").",
                                 Icon::Critical}));
+}
+
+TEST_F(SourceSet, AFileThatCannotBeReadRefusesTheSet) {
+    folder.write("base_0.asm", crlf({"m1", "m2"}));
+    folder.write("base.asm", crlf({"f1"}));
+    const Box of_the_file{"Error in load_file2array: 70 :Permission denied", Icon::None};
+    const Box of_the_set{"Error ! Make sure you do not specify the extension, and both azm and "
+                         "asm files are in the same folder.",
+                         Icon::None};
+    test::FaultyDisk faulty;
+    for (const std::size_t file : {1U, 2U}) {
+        faulty.fail_at(file, ErrorNumber::PermissionDenied);
+        reporter.boxes.clear();
+        EXPECT_FALSE(load_source_set({faulty, reporter}, folder.file("base"), model, frame).any());
+        EXPECT_THAT(reporter.boxes, ElementsAre(of_the_file, of_the_set));
+    }
 }
 
 } // namespace
