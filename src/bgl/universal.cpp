@@ -107,7 +107,7 @@ bool make_universal(const Services& services, const std::string& path,
         return false;
     }
     const std::string backup = path + ".bck";
-    copy_file_bytes(services.disk, path, backup);
+    copy_file_bytes(services.disk, path, backup, path);
     widen_or_undo(services.disk, path, backup);
     return true;
 }

@@ -21,15 +21,35 @@ int finish(const Cli& cli, Outcome outcome, Json document = Json::object()) {
     return outcome == Outcome::Done ? done : failed;
 }
 
-int run_backup(Cli& cli, const Bases& bases) {
+// Prints what was copied. A base of which nothing was there to be copied is a failure.
+int finish_copies(Cli& cli, const CopyResult& result) {
+    Json copied = Json::array();
+    for (const FileCopy& copy : result.copied) {
+        copied.push_back({{"from", json_path(copy.from)}, {"to", json_path(copy.to)}});
+        if (!cli.json) {
+            std::cout << "Copied " << copy.from << " to " << copy.to << '\n';
+        }
+    }
+    Outcome outcome = result.outcome;
+    for (const std::string& base : result.bases_without_files()) {
+        cli.reporter.message_box("There was nothing to copy for " + base + ".", Icon::Critical);
+        outcome = Outcome::Failed;
+    }
+    return finish(cli, outcome, {{"copied", std::move(copied)}});
+}
+
+int run_backup(Cli& cli, const Bases& bases, bool force) {
     cli.reporter.print_notes_at_once();
-    return finish(cli, bases.size() == 1 ? backup_source_set(cli.services(), bases.front())
-                                         : backup_aircraft_sets(cli.services(), bases));
+    if (!force && would_lose_export(cli.services(), bases)) {
+        return failed;
+    }
+    return finish_copies(cli, bases.size() == 1 ? backup_source_set(cli.services(), bases.front())
+                                                : backup_aircraft_sets(cli.services(), bases));
 }
 
 int run_restore(Cli& cli, const Bases& bases) {
     cli.reporter.print_notes_at_once();
-    return finish(cli, restore_source_sets(cli.services(), bases));
+    return finish_copies(cli, restore_source_sets(cli.services(), bases));
 }
 
 int run_compiler(Cli& cli, const std::string& base) {
@@ -55,15 +75,28 @@ int run_rename_labels(Cli& cli, const std::string& file, const std::string& suff
     return finish(cli, outcome);
 }
 
-void add_bases_command(CLI::App& app, Cli& cli, const char* name, const char* what,
-                       int (*run)(Cli&, const Bases&)) {
-    auto* command = app.add_subcommand(name, what);
+std::shared_ptr<Bases> add_bases(CLI::App& command) {
     const auto bases = std::make_shared<Bases>();
     command
-        ->add_option("BASE", *bases,
-                     "Base path of the set, without an ending; several for an aircraft")
+        .add_option("BASE", *bases,
+                    "Base path of the set, without an ending; several for an aircraft")
         ->required();
-    on_call(*command, cli, [&cli, bases, run] { return run(cli, *bases); });
+    return bases;
+}
+
+void add_backup_command(CLI::App& app, Cli& cli) {
+    auto* command = app.add_subcommand("backup", "Copy the files of a set aside");
+    const auto bases = add_bases(*command);
+    const auto force = std::make_shared<bool>(false);
+    command->add_flag("--force", *force,
+                      "Also copy a set that was rewritten over the backup of one that was not");
+    on_call(*command, cli, [&cli, bases, force] { return run_backup(cli, *bases, *force); });
+}
+
+void add_restore_command(CLI::App& app, Cli& cli) {
+    auto* command = app.add_subcommand("restore", "Copy the backups of a set back");
+    const auto bases = add_bases(*command);
+    on_call(*command, cli, [&cli, bases] { return run_restore(cli, *bases); });
 }
 
 void add_compile_command(CLI::App& app, Cli& cli) {
@@ -87,8 +120,8 @@ void add_rename_labels_command(CLI::App& app, Cli& cli) {
 } // namespace
 
 void add_tool_commands(CLI::App& app, Cli& cli) {
-    add_bases_command(app, cli, "backup", "Copy the files of a set aside", run_backup);
-    add_bases_command(app, cli, "restore", "Copy the backups of a set back", run_restore);
+    add_backup_command(app, cli);
+    add_restore_command(app, cli);
     add_compile_command(app, cli);
     add_rename_labels_command(app, cli);
 }

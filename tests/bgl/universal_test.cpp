@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace morvane {
 namespace {
 
@@ -63,6 +65,15 @@ TEST_F(Universal, WidensTheBoundsAndKeepsACopy) {
               "Are you sure you want to proceed ? ");
     EXPECT_EQ(reporter.questions[0].icon, Icon::Exclamation);
     EXPECT_THAT(reporter.boxes, IsEmpty());
+}
+
+TEST_F(Universal, TheCopyHasThePermissionsOfTheOriginal) {
+    namespace fs = std::filesystem;
+    const std::string path = folder.write("objects.BGL", original);
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    const fs::perms kept = fs::status(path).permissions(); // Windows knows fewer
+    ASSERT_TRUE(universal(path));
+    EXPECT_EQ(fs::status(path + ".bck").permissions(), kept);
 }
 
 TEST_F(Universal, TheReportAfterwardsShowsTheWholeGlobe) {

@@ -1,0 +1,1 @@
+frame of now
