@@ -1,6 +1,7 @@
 #include "aircraft/assemble_aircraft.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
+#include "problems/find_problems.h"
 
 namespace morvane::cli {
 
@@ -13,6 +14,9 @@ int run_assemble(Cli& cli, AircraftJob& job) {
     cli.reporter.print_notes_at_once();
     job.program_folder = cli.program_folder();
     const auto output = assemble_aircraft(cli.services(), job);
+    if (output) {
+        note_problems(cli.reporter, find_file_assembly_problems(*cli.disk, *output));
+    }
     if (cli.json && output) {
         print_json(
             {{"output", json_path(*output)}, {"messages", json_texts(cli.reporter.messages())}});

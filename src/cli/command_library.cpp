@@ -1,9 +1,11 @@
+#include "base/paths.h"
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
 #include "library/create_library.h"
 #include "library/design.h"
 #include "library/library_list_file.h"
+#include "problems/find_problems.h"
 
 #include <iostream>
 
@@ -54,7 +56,15 @@ int create(Cli& cli, const CreateOptions& options) {
     if (!reading.list) {
         return report_wrong(reading.errors);
     }
-    return create_library(cli.services(), *reading.list, options.output) ? done : failed;
+    if (!create_library(cli.services(), *reading.list, options.output)) {
+        return failed;
+    }
+    std::vector<Problem> problems =
+        find_file_assembly_problems(*cli.disk, options.output, folder_part(options.list));
+    // A design without its file has been named already.
+    std::erase_if(problems, [](const Problem& p) { return p.code == "include-missing"; });
+    note_problems(cli.reporter, problems);
+    return done;
 }
 
 int run_create(Cli& cli, const CreateOptions& options) {

@@ -3,6 +3,7 @@
 #include "cli/json_text.h"
 #include "objects/save.h"
 #include "objects/unified_diff.h"
+#include "problems/find_problems.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/recipe.h"
 #include "source/open_source_set.h"
@@ -99,6 +100,7 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
         cli.reporter.print_notes();
         return failed;
     }
+    note_problems(cli.reporter, find_set_assembly_problems(*cli.disk, set, output));
     if (options.dry_run) {
         outcome.diff = diff_of(set, old, output);
     } else {

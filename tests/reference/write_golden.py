@@ -78,6 +78,20 @@ def save_set(opened, output):
         save(output + ".asm", opened.frame)
 
 
+def closing_label_notes(opened, output):
+    """What is told of the second and further closing labels of one name."""
+    first, notes = {}, []
+    for number, line in enumerate(merged(opened), 1):
+        if line in ("SKIP_FX  label BGLCODE", "SKIP_LIB  label BGLCODE"):
+            label, place = line.split()[0], f"{output}_0.asm:{number}"
+            if label in first:
+                notes.append(f"Note: {place}: {label} is defined here again, after {first[label]}; no"
+                             " code jumps to it: comment this line out, or let the recipe say"
+                             " unique_labels = true. [skip-label]")
+            first.setdefault(label, place)
+    return notes
+
+
 def process_case(name, base, source, recipe=None, output=None, extra=None):
     """Recipe text None: the example's own file. `extra` writes further files."""
     recipe_name = "recipe.toml" if recipe is not None else base + ".toml"
@@ -88,7 +102,8 @@ def process_case(name, base, source, recipe=None, output=None, extra=None):
     save_set(opened, output or base)
     if extra:
         extra(opened)
-    case.finish(lines_of(opened.log + ["Done. "]), finished(output or base))
+    log = opened.log + closing_label_notes(opened, output or base) + ["Done. "]
+    case.finish(lines_of(log), finished(output or base))
 
 
 def write_traces(opened):
@@ -191,16 +206,43 @@ AIRCRAFT = ["complete", "fuselage", "wings_high", "wings_low", "shadow"]
 WINGS = " --flexing-wings --fuselage fuselage --wings-high wings_high --wings-low wings_low"
 
 
-def assemble_case(name, options, wings, shadow, stderr=""):
+def note(file, line, store, text):
+    """A note about the last of the lines that begin so."""
+    number = max(n for n, found in enumerate(store.splitlines(), 1) if found.startswith(line))
+    return f"Note: {file}:{number}: {text}\n"
+
+
+def two_shadows():
+    text = Path("complete.asm").read_text(encoding="latin-1")
+    first = next(n for n, line in enumerate(text.splitlines(), 1) if line.startswith("model_shadow"))
+    return note("complete.asm", "model_shadow label", text,
+                f"model_shadow is defined here again, after complete.asm:{first}; comment this line"
+                " out together with the include line after it, unless the shadow is to come from"
+                " that model: then comment the first one out. [duplicate-label]")
+
+
+def no_shadow():
+    text = Path("complete.asm").read_text(encoding="latin-1")
+    label = next(n for n, line in enumerate(text.splitlines(), 1)
+                 if line.startswith("; model_shadow"))
+    return note("complete.asm", "    SHADOW_VICALL32", text,
+                "the label model_shadow is defined nowhere; put \"model_shadow label BGLCODE\" and a"
+                " line that includes the shadow model before the line BGL_END, or remove the"
+                f" \";\" of line {label} to cast the shadow from the whole model."
+                " [undefined-label]")
+
+
+def assemble_case(name, options, wings, shadow, notes=str):
     case = Case(name, "morvane-cli assemble --complete complete" + options, "examples/aircraft-flex")
     assemble(AIRCRAFT, wings, shadow)
-    case.finish("", stderr + "[information] The modification seems to be successful. Output file is"
-                " complete.asm\n\nComplile with 'bglc /mdl complete.asm'\n")
+    case.finish("", "[information] The modification seems to be successful. Output file is"
+                " complete.asm\n\nComplile with 'bglc /mdl complete.asm'\n" + notes())
 
 
 def assemble_cases():
-    assemble_case("assemble-wings", WINGS + " --shadow shadow", True, False)
-    assemble_case("assemble-shadow", " --shadow-optimization --shadow shadow", False, True)
+    assemble_case("assemble-wings", WINGS + " --shadow shadow", True, False, two_shadows)
+    assemble_case("assemble-shadow", " --shadow-optimization --shadow shadow", False, True,
+                  no_shadow)
     assemble_case("assemble-wings-and-shadow", WINGS + " --shadow-optimization --shadow shadow",
                   True, True)
     for path in (GOLDEN / "assemble-shadow/out").iterdir():

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "problems/problem.h"
+#include "source/open_set.h"
+#include "system/disk.h"
+#include "system/services.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+/// What find_problems is to look at, and what it may know besides.
+struct ProblemRequest {
+    const OpenSet& set;                 // opened, perhaps processed, perhaps saved
+    std::string output{};               // base path that the set is saved under; empty: its own
+    std::vector<std::string> allowed{}; // codes that are not reported
+    std::vector<std::string> effects{}; // the effect list; empty: effects are not looked up
+    // What is named as it will be after a save; otherwise lines of the model file are those that
+    // are there now, and generated code belongs to the line that it goes before.
+    bool saved_lines = false;
+};
+
+/// All problems of a set and of the code generated so far, worst first. Never asks, never writes,
+/// and reports no message. A set that Open refused can be looked at too, once its files are loaded.
+std::vector<Problem> find_problems(Disk& disk, const ProblemRequest& request);
+
+/// The problems at which the assembler would stop in the set as it will be saved under `output`:
+/// labels, includes, macros, the dictionary, jumps. Lines are those of the files to be written.
+std::vector<Problem> find_set_assembly_problems(Disk& disk, const OpenSet& set,
+                                                const std::string& output);
+
+/// The same for a source file on the disk with what it includes, which may lie in `folder` too.
+/// Throws RuntimeError when the file cannot be read.
+std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& path,
+                                                 const std::string& folder = {});
+
+/// Reports errors and warnings as notes, at most 20 of one code.
+void note_problems(Reporter& reporter, const std::vector<Problem>& problems);
+
+} // namespace morvane

@@ -1,0 +1,218 @@
+#include "problems/flat_source.h"
+
+#include "base/errors.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "source/open_set.h"
+#include "source/source_set.h"
+#include "system/disk.h"
+#include "system/file_bytes.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace morvane {
+
+namespace {
+
+constexpr std::size_t deepest = 20; // includes within includes
+
+std::string_view unquoted(std::string_view path) {
+    const bool quoted = path.size() >= 2 && ((path.front() == '"' && path.back() == '"') ||
+                                             (path.front() == '<' && path.back() == '>'));
+    return quoted ? path.substr(1, path.size() - 2) : path;
+}
+
+class Flattener {
+  public:
+    Flattener(Disk& disk, FlatSource& source, std::vector<std::string> folders)
+        : disk_(disk), source_(source), folders_(std::move(folders)) {}
+
+    /// A text that stands for the files of these names, whatever the disk holds.
+    void put_over(SourceText text, std::vector<std::string> names) {
+        overlay_ = std::move(text);
+        overlaid_names_ = std::move(names);
+    }
+
+    void add(SourceText text) {
+        const auto file = static_cast<std::uint32_t>(source_.files.size());
+        open_.push_back(text.path);
+        source_.files.push_back(std::move(text));
+        const LineStore lines = source_.files.back().lines; // shares the bytes; `files` may grow
+        for (std::size_t line = 1; line <= lines.count(); ++line) {
+            Statement statement = read_statement(lines.line(line));
+            statement.file = file;
+            statement.line = static_cast<std::uint32_t>(line);
+            add(statement);
+        }
+        open_.pop_back();
+    }
+
+    void add_overlay_unless_included() {
+        const bool included =
+            std::any_of(source_.files.begin(), source_.files.end(),
+                        [&](const SourceText& file) { return file.path == overlay_.path; });
+        if (!included) {
+            add(overlay_);
+        }
+    }
+
+  private:
+    void add(Statement& statement) {
+        if (in_macro_) {
+            in_macro_ = !equal_ignoring_case(statement.keyword, "endm");
+            return;
+        }
+        if (statement.macro == MacroId::VertexDef || statement.macro == MacroId::DrawTri) {
+            skipped_ += static_cast<std::uint32_t>(macro_rule(statement.macro).bytes);
+            return;
+        }
+        if (statement.kind == Statement::Kind::Empty) {
+            return;
+        }
+        statement.skipped = std::exchange(skipped_, 0);
+        source_.statements.push_back(statement);
+        if (statement.kind == Statement::Kind::Macro) {
+            source_.macros.emplace(statement.name);
+            in_macro_ = true;
+        } else if (statement.kind == Statement::Kind::Include) {
+            include(std::string(unquoted(statement.rest)));
+        }
+    }
+
+    void include(const std::string& path) {
+        const std::size_t statement = source_.statements.size() - 1;
+        const bool macros = has_ending(path, ".inc");
+        std::optional<SourceText> text = find(path);
+        if (!text) {
+            source_.missing.push_back({statement, macros});
+        } else if (macros) {
+            take_names(text->lines);
+        } else if (open_.size() < deepest &&
+                   std::find(open_.begin(), open_.end(), text->path) == open_.end()) {
+            add(std::move(*text));
+        }
+    }
+
+    std::optional<SourceText> find(const std::string& path) {
+        const std::string name = file_name_part(path);
+        for (const std::string& overlaid : overlaid_names_) {
+            if (equal_ignoring_case(overlaid, name)) {
+                return overlay_;
+            }
+        }
+        if (name.empty()) {
+            return std::nullopt;
+        }
+        std::vector<std::string> candidates{path};
+        for (const std::string& folder : folders_) {
+            candidates.push_back(join_path(folder, path));
+            candidates.push_back(join_path(folder, name));
+        }
+        const auto there =
+            std::find_if(candidates.begin(), candidates.end(),
+                         [&](const std::string& file) { return disk_.is_file(file); });
+        return there == candidates.end() ? std::nullopt : read(*there);
+    }
+
+    std::optional<SourceText> read(const std::string& path) {
+        try {
+            return SourceText{path, LineStore(read_bytes(disk_, path))};
+        } catch (const RuntimeError&) {
+            return std::nullopt;
+        }
+    }
+
+    void take_names(const LineStore& lines) {
+        for (std::size_t line = 1; line <= lines.count(); ++line) {
+            const Statement statement = read_statement(lines.line(line));
+            if (statement.kind == Statement::Kind::Macro) {
+                source_.macros.emplace(statement.name);
+            } else if (!statement.name.empty()) {
+                source_.names.emplace(statement.name);
+            }
+        }
+    }
+
+    Disk& disk_;
+    FlatSource& source_;
+    std::vector<std::string> folders_; // where included files are looked up
+    SourceText overlay_;
+    std::vector<std::string> overlaid_names_;
+    std::vector<std::string> open_; // files that are being read, the innermost last
+    bool in_macro_ = false;
+    std::uint32_t skipped_ = 0; // bytes of vertices and triangles since the last statement
+};
+
+// A record without code, which cannot be saved, adds nothing.
+std::vector<std::string> code_of(const OpenSet& set, const ReplacementRecord& record) {
+    std::vector<std::string> lines;
+    for (const GeneratedRow& row : set.generated) {
+        if (row.tag == record.tag) {
+            lines.push_back(row.text);
+        }
+    }
+    return lines;
+}
+
+// A frame that Process has not changed is not written under the new base path.
+std::string frame_path(const OpenSet& set, const std::string& output) {
+    return frame_file_name(set.frame_changed ? output : set.base);
+}
+
+} // namespace
+
+std::string FlatSource::place(const Statement& statement) const {
+    return path(statement) + ":" + to_text(statement.line);
+}
+
+MergedModel merge_model(const OpenSet& set) {
+    MergedModel merged{set.model, {}};
+    for (auto record = set.records.rbegin(); record != set.records.rend(); ++record) {
+        const std::vector<std::string> code = code_of(set, *record);
+        merged.lines.insert_lines(record->insertion_line, code);
+        merged.pieces.insert(merged.pieces.begin(), {record->insertion_line, code.size()});
+    }
+    return merged;
+}
+
+std::size_t MergedModel::opened_line(std::size_t line) const {
+    std::size_t added = 0;
+    for (const Piece& piece : pieces) {
+        if (line < piece.before + added) {
+            break;
+        }
+        if (line < piece.before + added + piece.count) {
+            return piece.before;
+        }
+        added += piece.count;
+    }
+    return line - added;
+}
+
+FlatSource flatten(Disk& disk, SourceText frame, const std::string& folder) {
+    FlatSource source;
+    std::vector<std::string> folders{folder_part(frame.path)};
+    if (!folder.empty()) {
+        folders.push_back(folder);
+    }
+    Flattener(disk, source, std::move(folders)).add(std::move(frame));
+    return source;
+}
+
+FlatSource flatten_set(Disk& disk, const OpenSet& set, const std::string& output,
+                       const MergedModel& model) {
+    FlatSource source;
+    const std::string frame = frame_path(set, output);
+    const std::string model_file = model_file_name(output);
+    Flattener flattener(disk, source, {folder_part(frame)});
+    // Under another base path the frame still names the model file that was opened.
+    flattener.put_over({model_file, model.lines},
+                       {file_name_part(model_file), file_name_part(model_file_name(set.base))});
+    flattener.add({frame, set.frame});
+    flattener.add_overlay_unless_included();
+    return source;
+}
+
+} // namespace morvane

@@ -1,0 +1,115 @@
+#include "base/text.h"
+#include "problems/assembly_checks.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <unordered_map>
+
+namespace morvane {
+
+namespace {
+
+constexpr std::int64_t farthest = 32767;
+constexpr std::int64_t nearly = farthest * 9 / 10;
+constexpr std::int64_t effect_bytes = 91;
+
+std::int64_t data_bytes(std::string_view rest, std::int64_t size) {
+    const Operands operands(rest);
+    std::int64_t bytes = 0;
+    for (std::size_t n = 1; n <= operands.count(); ++n) {
+        const std::string_view operand = operands[n];
+        const bool text = size == 1 && operand.size() >= 2 && operand.front() == operand.back() &&
+                          (operand.front() == '"' || operand.front() == '\'');
+        bytes += text ? static_cast<std::int64_t>(operand.size()) - 2 : size;
+    }
+    return bytes;
+}
+
+std::int64_t effect_call_bytes(std::string_view rest) {
+    const std::string_view parameters = Operands(rest)[2];
+    const auto length =
+        parameters.size() < 2 ? 0 : static_cast<std::int64_t>(parameters.size()) - 2;
+    const std::int64_t bytes = effect_bytes + length;
+    return bytes + bytes % 2;
+}
+
+// What a line takes up at least.
+std::int64_t bytes_of(const Statement& statement) {
+    switch (statement.macro) {
+    case MacroId::KzmFx1:
+        return effect_call_bytes(statement.rest);
+    case MacroId::Db:
+        return data_bytes(statement.rest, 1);
+    case MacroId::Dw:
+        return data_bytes(statement.rest, 2);
+    case MacroId::Dd:
+        return data_bytes(statement.rest, 4);
+    default:
+        return std::max(macro_rule(statement.macro).bytes, 0);
+    }
+}
+
+struct NearJump {
+    const Statement* call;
+    std::string_view target;
+    std::int64_t at;
+};
+
+struct Layout {
+    std::vector<NearJump> jumps;
+    std::unordered_map<std::string_view, std::int64_t> labels;
+};
+
+// Offsets are the least there can be: lines of an unknown length count as nothing.
+Layout lay_out(const FlatSource& source) {
+    Layout layout;
+    std::int64_t at = 0;
+    for (const Statement& statement : source.statements) {
+        at += statement.skipped;
+        if (statement.kind == Statement::Kind::Label) {
+            layout.labels.try_emplace(statement.name, at);
+        } else if (statement.kind == Statement::Kind::Call) {
+            if (macro_rule(statement.macro).jump == Jump::Near) {
+                layout.jumps.push_back({&statement, Operands(statement.rest)[1], at});
+            }
+            at += bytes_of(statement);
+        }
+    }
+    return layout;
+}
+
+std::string too_far(const NearJump& jump, std::int64_t bytes) {
+    const std::string keyword(jump.call->keyword);
+    std::string text = keyword + " jumps " + std::to_string(bytes) + " bytes to " +
+                       std::string(jump.target) + ", but has 16 bits, which reach " +
+                       std::to_string(farthest);
+    const bool lights = Operands(jump.call->rest)[2].find("dict_g_lightStates") == 0;
+    return text + (lights ? "; give the lights at most 744 triangles a material."
+                          : "; divide what lies in between into smaller parts.");
+}
+
+} // namespace
+
+void check_jumps(const FlatSource& source, Problems& problems) {
+    const Layout layout = lay_out(source);
+    for (const NearJump& jump : layout.jumps) {
+        const auto label = layout.labels.find(jump.target);
+        if (label == layout.labels.end()) {
+            continue;
+        }
+        const std::int64_t bytes = std::llabs(label->second - jump.at);
+        if (bytes > farthest) {
+            problems.push_back(problem_at(source, *jump.call, Severity::Error, "jump-too-far",
+                                          too_far(jump, bytes)));
+        } else if (bytes > nearly) {
+            problems.push_back(
+                problem_at(source, *jump.call, Severity::Warning, "jump-nearly-too-far",
+                           std::string(jump.call->keyword) + " jumps " + std::to_string(bytes) +
+                               " bytes of the " + std::to_string(farthest) +
+                               " that its 16 bits reach; add no more in between."));
+        }
+    }
+}
+
+} // namespace morvane

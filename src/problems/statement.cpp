@@ -1,0 +1,166 @@
+#include "problems/statement.h"
+
+#include "base/text.h"
+
+namespace morvane {
+
+namespace {
+
+bool is_white(char c) {
+    return c == ' ' || c == '\t';
+}
+
+bool ends_word(char c) {
+    return is_white(c) || c == ';' || c == ',' || c == ':' || c == '=' || c == '"' || c == '\'';
+}
+
+std::string_view first_word(std::string_view text) {
+    std::size_t end = 0;
+    while (end < text.size() && !ends_word(text[end])) {
+        ++end;
+    }
+    return text.substr(0, end);
+}
+
+// Quotes hide semicolons and commas; a quote that is never closed hides nothing.
+std::size_t behind_quote(std::string_view text, std::size_t open) {
+    const std::size_t close = text.find(text[open], open + 1);
+    return close == std::string_view::npos ? open + 1 : close + 1;
+}
+
+std::string_view without_comment(std::string_view text) {
+    if (text.find(';') == std::string_view::npos) {
+        return text;
+    }
+    for (std::size_t at = 0; at < text.size();) {
+        if (text[at] == ';') {
+            return text.substr(0, at);
+        }
+        at = text[at] == '"' || text[at] == '\'' ? behind_quote(text, at) : at + 1;
+    }
+    return text;
+}
+
+std::string_view rest_of(std::string_view behind) {
+    return cut_white(without_comment(behind));
+}
+
+bool is_data_directive(std::string_view word) {
+    for (const std::string_view directive :
+         {"db", "dw", "dd", "dq", "byte", "word", "dword", "real4", "proc"}) {
+        if (equal_ignoring_case(word, directive)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Names of types and segments, which may be given again.
+bool is_type_directive(std::string_view word) {
+    for (const std::string_view directive :
+         {"struc", "struct", "segment", "ends", "endp", "typedef", "record", "textequ"}) {
+        if (equal_ignoring_case(word, directive)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A line whose first word is no macro that is known: perhaps the second one says what it is.
+Statement read_definition(std::string_view name, std::string_view behind) {
+    Statement statement;
+    const std::string_view text = cut_white(behind);
+    const std::string_view word = text.starts_with('=') ? text.substr(0, 1) : first_word(text);
+    if (equal_ignoring_case(word, "label") || is_data_directive(word)) {
+        statement.kind = Statement::Kind::Label;
+    } else if (word == "=" || equal_ignoring_case(word, "equ")) {
+        statement.kind = Statement::Kind::Equate;
+    } else if (equal_ignoring_case(word, "macro")) {
+        statement.kind = Statement::Kind::Macro;
+    } else if (is_type_directive(word)) {
+        return statement;
+    } else {
+        statement.kind = Statement::Kind::Call;
+        statement.keyword = name;
+        statement.rest = rest_of(behind);
+        return statement;
+    }
+    statement.name = name;
+    statement.keyword = word;
+    statement.rest = rest_of(text.substr(word.size()));
+    return statement;
+}
+
+} // namespace
+
+std::string_view cut_white(std::string_view text) {
+    while (!text.empty() && is_white(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && is_white(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+Statement read_statement(std::string_view line) {
+    Statement statement;
+    const std::string_view text = cut_white(line);
+    if (text.empty() || text.front() == ';') {
+        return statement;
+    }
+    const std::string_view word = first_word(text);
+    const std::string_view behind = text.substr(word.size());
+    statement.macro = macro_id(word);
+    const bool defines = equal_ignoring_case(first_word(cut_white(behind)), "macro");
+    if (statement.macro != MacroId::Other && !defines) {
+        statement.kind = Statement::Kind::Call;
+        statement.keyword = word;
+        statement.rest = rest_of(behind);
+        return statement;
+    }
+    if (behind.starts_with(':')) {
+        statement.kind = Statement::Kind::Label;
+        statement.name = word;
+        statement.keyword = behind.substr(0, 1);
+        statement.rest = rest_of(behind.substr(1));
+        return statement;
+    }
+    if (equal_ignoring_case(word, "include")) {
+        statement.kind = Statement::Kind::Include;
+        statement.keyword = word;
+        statement.rest = rest_of(behind);
+        return statement;
+    }
+    return read_definition(word, behind);
+}
+
+Operands::Operands(std::string_view rest) {
+    if (rest.empty()) {
+        return;
+    }
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < rest.size();) {
+        const char c = rest[at];
+        if (c == ',') {
+            add(rest.substr(begin, at - begin));
+            begin = ++at;
+        } else if (c == '"' || c == '\'') {
+            at = behind_quote(rest, at);
+        } else if (c == '<' && rest.find('>', at) != std::string_view::npos) {
+            at = rest.find('>', at) + 1;
+        } else {
+            ++at;
+        }
+    }
+    add(rest.substr(begin));
+}
+
+void Operands::add(std::string_view operand) {
+    if (count_ < most) {
+        kept_[count_] = cut_white(operand);
+    }
+    ++count_;
+}
+
+} // namespace morvane

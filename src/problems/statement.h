@@ -1,0 +1,61 @@
+#pragma once
+
+#include "problems/macros.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace morvane {
+
+/// What a source line does, as the assembler reads it: tabs are blanks, a comment begins at the
+/// first ";" outside of quotes. The views lie in the line that was read.
+struct Statement {
+    enum class Kind : std::uint8_t {
+        Empty,   // nothing, or a comment
+        Label,   // NAME label TYPE, NAME:, NAME dd ...
+        Equate,  // NAME equ VALUE; rest is the value
+        Macro,   // NAME macro ..., the beginning of a definition
+        Include, // rest is the path
+        Call,    // KEYWORD OPERANDS: a macro's call, or a directive without a name
+    };
+
+    Kind kind = Kind::Empty;
+    MacroId macro = MacroId::Other; // of a call
+    std::string_view name;          // that the line defines
+    std::string_view keyword;       // as written
+    std::string_view rest;          // behind the keyword, without comment and blanks at the ends
+    std::uint32_t file = 0;         // of the FlatSource that the line belongs to
+    std::uint32_t line = 0;         // in the file, from 1
+    std::uint32_t skipped = 0;      // bytes of vertices and triangles before it
+};
+
+/// Reads one line; `file` and `line` stay 0.
+Statement read_statement(std::string_view line);
+
+/// The operands of a call: separated by commas outside of quotes and "<>", blanks and tabs at
+/// their ends cut.
+class Operands {
+  public:
+    static constexpr std::size_t most = 48; // further ones are counted but not kept
+
+    explicit Operands(std::string_view rest);
+    std::size_t count() const { return count_; }
+    /// Operand `number`, from 1; empty for one that is not there.
+    std::string_view operator[](std::size_t number) const {
+        return number >= 1 && number <= count_ && number <= most ? kept_[number - 1]
+                                                                 : std::string_view();
+    }
+
+  private:
+    void add(std::string_view operand);
+
+    std::array<std::string_view, most> kept_;
+    std::size_t count_ = 0;
+};
+
+/// `text` without the blanks and tabs at both ends.
+std::string_view cut_white(std::string_view text);
+
+} // namespace morvane
