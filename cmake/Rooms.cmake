@@ -106,3 +106,11 @@ function(morvane_tests name)
                          PROPERTIES TIMEOUT 300)
   endif()
 endfunction()
+
+# morvane_same_arithmetic(TARGET): floating-point results have the same bits on every machine and
+# compiler: no product and sum in one rounding. Without the others' precompiled header, which was
+# made with other options.
+function(morvane_same_arithmetic target)
+  target_compile_options(${target} PRIVATE -ffp-contract=off)
+  set_target_properties(${target} PROPERTIES DISABLE_PRECOMPILE_HEADERS ON)
+endfunction()

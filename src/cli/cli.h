@@ -49,5 +49,6 @@ void add_tool_commands(CLI::App& app, Cli& cli); // backup, restore, compile, re
 void add_assemble_command(CLI::App& app, Cli& cli);
 void add_library_commands(CLI::App& app, Cli& cli);
 void add_bgl_commands(CLI::App& app, Cli& cli);
+void add_render_command(CLI::App& app, Cli& cli);
 
 } // namespace morvane::cli

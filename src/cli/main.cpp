@@ -37,6 +37,7 @@ void add_commands(CLI::App& app, Cli& cli) {
     add_assemble_command(app, cli);
     add_library_commands(app, cli);
     add_bgl_commands(app, cli);
+    add_render_command(app, cli);
 }
 
 int report_failure(const std::string& text) {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace morvane::scene {
+
+/// Source lines read as the assembler reads them, unlike source/fields.h, whose splitting has
+/// bounds of its own that generated code depends on.
+
+/// `text` without blanks and tabs at both ends.
+std::string_view stripped(std::string_view text);
+
+/// The first word of a line and the rest of it.
+struct Statement {
+    std::string_view word;
+    std::string_view rest;
+};
+Statement statement_of(std::string_view line);
+
+/// Operands separated by commas outside of quotes and <>, up to a ";", each without blanks around.
+std::vector<std::string_view> operands_of(std::string_view text);
+
+/// The text between the first two double quotes; std::nullopt without two.
+std::optional<std::string_view> quoted(std::string_view text);
+
+/// A decimal number, whole text; infinite and not-a-number spellings are none.
+std::optional<double> real_number(std::string_view text);
+
+/// A decimal or, with an "h" after it, hexadecimal whole number of at most 32 bits.
+std::optional<std::int64_t> whole_number(std::string_view text);
+/// Likewise, as a signed 32-bit word.
+std::optional<std::int32_t> word_number(std::string_view text);
+
+/// Reads numbers separated by commas into `result`; false unless all of them are there.
+bool read_numbers(std::string_view text, std::span<double> result);
+
+} // namespace morvane::scene
