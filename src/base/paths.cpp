@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace morvane {
@@ -41,6 +42,21 @@ std::string join_path(std::string_view folder, std::string_view name) {
         result += static_cast<char>(std::filesystem::path::preferred_separator);
     }
     return result += name;
+}
+
+bool is_absolute_path(std::string_view path) {
+    return path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
+}
+
+std::string path_beside(std::string_view file, std::string path) {
+#ifndef _WIN32
+    std::replace(path.begin(), path.end(), '\\', '/');
+#endif
+    if (is_absolute_path(path)) {
+        return path;
+    }
+    const std::string name = file_name_part(file);
+    return std::string(file.substr(0, file.size() - name.size())) + path;
 }
 
 } // namespace morvane

@@ -24,4 +24,11 @@ bool has_ending(std::string_view path, std::string_view ending);
 /// empty.
 std::string join_path(std::string_view folder, std::string_view name);
 
+/// Whether the path begins at a root or a drive.
+bool is_absolute_path(std::string_view path);
+
+/// Where a path that a file names is, seen from the current folder: paths in a file are relative to
+/// the file's own folder. Backslashes separate folders on every platform.
+std::string path_beside(std::string_view file, std::string path);
+
 } // namespace morvane

@@ -83,6 +83,9 @@ std::optional<RecipePlan> make_plan(const OpenSet& set, const Recipe& recipe, bo
     }
     if (!plan.errors.empty()) {
         report_wrong(plan.errors);
+        for (const Note& hint : plan.hints) {
+            std::cerr << "Note: " << place_and_text(hint) << '\n';
+        }
         return std::nullopt;
     }
     return plan;
@@ -103,6 +106,8 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
     note_problems(cli.reporter, find_set_assembly_problems(*cli.disk, set, output));
     if (options.dry_run) {
         outcome.diff = diff_of(set, old, output);
+    } else if (plan.steps.empty()) {
+        cli.reporter.note({"no assignment matches a material, so nothing was saved."});
     } else {
         outcome.saved = save_set(cli.services(), set, output);
         if (!outcome.saved.saved) {

@@ -39,23 +39,6 @@ struct Reading {
     }
 };
 
-bool is_absolute(std::string_view path) {
-    return path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
-}
-
-// Where a design lies, seen from the current folder. Lists come from Windows with backslashes,
-// which are parts of names elsewhere.
-std::string location_of(const std::string& file, std::string design) {
-#ifndef _WIN32
-    std::replace(design.begin(), design.end(), '\\', '/');
-#endif
-    if (is_absolute(design)) {
-        return design;
-    }
-    const std::string name = file_name_part(file);
-    return file.substr(0, file.size() - name.size()) + design;
-}
-
 void refuse_unknown_keys(const Reading& reading) {
     for (const TomlEntry& entry : reading.entries) {
         if (std::find(object_keys.begin(), object_keys.end(), entry.key) == object_keys.end()) {
@@ -78,7 +61,7 @@ bool read_design_key(const Reading& reading) {
     }
     LibraryLine& line = reading.object.line;
     line.base = *design;
-    line.location = location_of(reading.file, to_utf8(*design));
+    line.location = path_beside(reading.file, to_utf8(*design));
     if (design->empty() || !reading.services.disk.is_file(frame_file_name(line.location))) {
         const bool ending = has_ending(*design, ".asm");
         reading.refuse(*entry, "names no design: there is no file " +
@@ -218,12 +201,6 @@ void read_numbers(const Reading& reading) {
 }
 
 } // namespace
-
-const TomlEntry* find_entry(const std::vector<TomlEntry>& entries, std::string_view key) {
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [&](const TomlEntry& entry) { return entry.key == key; });
-    return found == entries.end() ? nullptr : &*found;
-}
 
 std::vector<ListedObject> read_listed_objects(const Services& services,
                                               const TomlDocument& document,

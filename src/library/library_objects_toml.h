@@ -21,7 +21,4 @@ struct ListedObject {
 std::vector<ListedObject> read_listed_objects(const Services& services,
                                               const TomlDocument& document, DocumentErrors& errors);
 
-/// The entry of a key; null when the table has none.
-const TomlEntry* find_entry(const std::vector<TomlEntry>& entries, std::string_view key);
-
 } // namespace morvane

@@ -2,7 +2,9 @@
 
 #include "base/reporter.h"
 #include "base/text.h"
+#include "objects/macro_include.h"
 #include "objects/process.h"
+#include "objects/unique_labels.h"
 
 namespace morvane {
 
@@ -14,12 +16,18 @@ ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& r
         const ProcessResult processed = process_material(services, set, step.row, assignment.kind,
                                                          assignment.parameters, trace_folder);
         if (!processed.processed) {
-            services.reporter.note({"material " + to_text(step.row) + " (" + recipe.file +
-                                    ", line " + to_text(assignment.source_line) +
-                                    ") was not processed."});
+            services.reporter.note({"material " + to_text(step.row) + " (" +
+                                    file_of(recipe, assignment) + ", line " +
+                                    to_text(assignment.source_line) + ") was not processed."});
             return result;
         }
+        if (recipe.unique_labels) {
+            number_repeated_label(set, step.row);
+        }
         result.processed.push_back({step.row, assignment.kind, processed.lines});
+    }
+    if (!recipe.macros.empty()) {
+        include_macros(set, recipe.macros);
     }
     services.reporter.add_message("Materials left as they are : " + to_text(set.unprocessed()));
     result.ok = true;

@@ -23,11 +23,13 @@ struct RecipePlan {
     std::vector<PlannedStep> steps;  // in the order in which they are to be done
     std::size_t left = 0;            // unprocessed materials that no assignment names
     std::vector<std::string> errors; // naming file and line; then the plan must not be carried out
+    std::vector<Note> problems{};    // the same errors, with their places
+    std::vector<Note> hints{};       // what the errors may mean
 };
 
 /// Which material falls to which assignment: the assignments in their order, and within one the
 /// matching materials, in list order, that are unprocessed and fell to none before. An assignment
-/// that is left without any is an error.
+/// that is left without any is an error unless it is optional.
 RecipePlan plan_recipe(const OpenSet& set, const Recipe& recipe);
 
 struct ProcessedMaterial {
@@ -43,7 +45,8 @@ struct ApplyResult {
 
 /// Processes every step of a plan without errors, and at the end tells the log how many materials
 /// are left as they are. Stops at the first that is not processed, after that one's own message
-/// box and a note naming the assignment; what was processed before it stays so.
+/// box and a note naming the assignment; what was processed before it stays so. Labels are made
+/// unique, and the macros included, as the recipe says.
 /// `trace_folder`: as for process_material.
 ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& recipe,
                          const RecipePlan& plan,

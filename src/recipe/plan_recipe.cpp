@@ -1,39 +1,57 @@
 #include "base/text.h"
 #include "recipe/apply_recipe.h"
+#include "recipe/nearest_colors.h"
 #include "source/materials.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace morvane {
 
 namespace {
 
+template <typename Value>
+bool is_among(const std::vector<Value>& values, const Value& value) {
+    return values.empty() || std::find(values.begin(), values.end(), value) != values.end();
+}
+
 bool matches(const Assignment& assignment, const Translation& material, std::size_t row) {
-    return (!assignment.material || *assignment.material == row) &&
-           (!assignment.color || *assignment.color == material.color) &&
-           (!assignment.highlight ||
-            *assignment.highlight == highlight_color_name(material.highlight));
+    return is_among(assignment.material, row) && is_among(assignment.color, material.color) &&
+           is_among(assignment.highlight, std::string(highlight_color_name(material.highlight)));
+}
+
+std::string joined(const std::vector<std::string>& values) {
+    std::string text;
+    for (const std::string& value : values) {
+        text += (text.empty() ? "" : " or ") + value;
+    }
+    return text;
+}
+
+std::vector<std::string> row_texts(const std::vector<std::size_t>& rows) {
+    std::vector<std::string> texts;
+    std::transform(rows.begin(), rows.end(), std::back_inserter(texts), to_text);
+    return texts;
 }
 
 std::string selector_text(const Assignment& assignment) {
     std::string text;
-    const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-    if (assignment.highlight) {
-        add("highlight " + *assignment.highlight);
-    }
-    if (assignment.color) {
-        add("color " + *assignment.color);
-    }
-    if (assignment.material) {
-        add("material " + to_text(*assignment.material));
-    }
+    const auto add = [&](std::string_view name, const std::vector<std::string>& values) {
+        if (!values.empty()) {
+            text += (text.empty() ? "" : ", ") + std::string(name) + " " + joined(values);
+        }
+    };
+    add("highlight", assignment.highlight);
+    add("color", assignment.color);
+    add("material", row_texts(assignment.material));
     return text.empty() ? text : " (" + text + ")";
 }
 
 // Why an assignment got no material; `matching` counts those that match but were not to be had.
-std::string no_match(const Recipe& recipe, const Assignment& assignment, std::size_t materials,
-                     std::size_t matching) {
-    const std::string where = recipe.file + ", line " + to_text(assignment.source_line) + ": ";
-    if (assignment.material && *assignment.material > materials) {
-        return where + "there is no material " + to_text(*assignment.material) + ": the list has " +
+std::string no_match(const Assignment& assignment, std::size_t materials, std::size_t matching) {
+    const std::vector<std::size_t>& rows = assignment.material;
+    if (!rows.empty() && *std::min_element(rows.begin(), rows.end()) > materials) {
+        return "there is no material " + joined(row_texts(rows)) + ": the list has " +
                to_text(materials) + (materials == 1 ? " entry." : " entries.");
     }
     const std::string reason =
@@ -42,8 +60,26 @@ std::string no_match(const Recipe& recipe, const Assignment& assignment, std::si
             ? ": the one that matches is processed already or named by an assignment before."
             : ": the " + to_text(matching) +
                   " that match are processed already or named by assignments before.";
-    return where + "this assignment" + selector_text(assignment) +
-           " matches no unprocessed material" + reason;
+    return "this assignment" + selector_text(assignment) + " matches no unprocessed material" +
+           reason;
+}
+
+void refuse(RecipePlan& plan, const Recipe& recipe, const Assignment& assignment,
+            const std::string& problem) {
+    const std::string& file = file_of(recipe, assignment);
+    plan.errors.push_back(file + ", line " + to_text(assignment.source_line) + ": " + problem);
+    plan.problems.push_back({problem, file, assignment.source_line, Severity::Error});
+}
+
+// The marked materials that no assignment so far has taken.
+std::vector<std::size_t> rows_left(const std::vector<bool>& taken) {
+    std::vector<std::size_t> rows;
+    for (std::size_t i = 0; i < taken.size(); ++i) {
+        if (!taken[i]) {
+            rows.push_back(i + 1);
+        }
+    }
+    return rows;
 }
 
 } // namespace
@@ -68,8 +104,13 @@ RecipePlan plan_recipe(const OpenSet& set, const Recipe& recipe) {
                 plan.steps.push_back({i, row});
             }
         }
-        if (plan.steps.size() == steps_before) {
-            plan.errors.push_back(no_match(recipe, assignment, taken.size(), matching));
+        if (plan.steps.size() == steps_before && !assignment.optional) {
+            refuse(plan, recipe, assignment, no_match(assignment, taken.size(), matching));
+            const std::string hint = nearest_colors(set, assignment, rows_left(taken));
+            if (!hint.empty()) {
+                plan.hints.push_back(
+                    {hint, file_of(recipe, assignment), assignment.source_line, Severity::Note});
+            }
         }
     }
     plan.left = set.unprocessed() - plan.steps.size();

@@ -1,166 +1,162 @@
+#include "base/errors.h"
+#include "base/paths.h"
 #include "base/text.h"
-#include "recipe/parameter_keys.h"
 #include "recipe/recipe.h"
-#include "source/materials.h"
-#include "toml/nearest_key.h"
-#include "toml/toml_document.h"
+#include "recipe/recipe_file.h"
+#include "source/opened_file.h"
+#include "system/disk.h"
+#include "toml/document_errors.h"
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace morvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> common_keys{"highlight", "color", "material", "kind"};
+constexpr std::size_t most_files = 100;
 
-std::string quoted(std::string_view key) {
-    return "\"" + std::string(key) + "\"";
-}
+// The defaults that hold for a file's assignments, those that win last.
+using Defaults = std::vector<RecipeFile>;
 
-bool is_common(std::string_view key) {
-    return std::find(common_keys.begin(), common_keys.end(), key) != common_keys.end();
-}
+/// Reads a recipe and, before what it says itself, the files that it includes.
+class RecipeReader {
+  public:
+    RecipeReader(Disk& disk, const std::string& default_effect)
+        : disk_(disk), default_effect_(default_effect) {}
 
-std::optional<Kind> read_kind(const TomlElement& element, DocumentErrors& errors) {
-    const std::vector<TomlEntry> entries = entries_of(element.table);
-    const auto entry = std::find_if(entries.begin(), entries.end(),
-                                    [](const TomlEntry& e) { return e.key == "kind"; });
-    std::vector<std::string_view> names;
-    std::transform(all_kinds.begin(), all_kinds.end(), std::back_inserter(names), kind_text);
-    if (entry == entries.end()) {
-        errors.add(element.place, "\"kind\" is missing" + suggestion("", names));
-        return std::nullopt;
+    RecipeReading read(const std::string& path) {
+        recipe_.file = path;
+        recipe_.files.push_back(path);
+        try {
+            read_file(path);
+        } catch (const RuntimeError& error) { // a file vanished on the way
+            errors_.emplace_back(error.what());
+            problems_.push_back({error.what(), path, 0, Severity::Error});
+        }
+        RecipeReading reading{std::nullopt, errors_, problems_, recipe_.files};
+        if (errors_.empty()) {
+            reading.recipe = std::move(recipe_);
+        }
+        return reading;
     }
-    const std::optional<std::string> text = text_value(*entry, errors);
-    const std::optional<Kind> kind = text ? kind_from_text(*text) : std::nullopt;
-    if (text && !kind) {
-        errors.add(entry->value_place, "\"kind\" is no kind of object" + suggestion(*text, names));
-    }
-    return kind;
-}
 
-void read_highlight(const TomlEntry& entry, Assignment& assignment, DocumentErrors& errors) {
-    const std::optional<std::string> text = text_value(entry, errors);
-    if (!text) {
-        return;
+  private:
+    // The defaults of the file for files that include it.
+    Defaults read_file(const std::string& path) {
+        const bool outermost = recipe_.files.size() == 1;
+        RecipeFileReading reading = read_recipe_file(disk_, path);
+        errors_.insert(errors_.end(), reading.errors.begin(), reading.errors.end());
+        problems_.insert(problems_.end(), reading.problems.begin(), reading.problems.end());
+        if (!reading.file) {
+            return {};
+        }
+        RecipeFile& file = *reading.file;
+        Defaults defaults = read_includes(file);
+        defaults.push_back(file);
+        for (const WrittenAssignment& written : file.assignments) {
+            add_assignment(written, defaults, outermost ? std::string() : path);
+        }
+        take_top_keys(file);
+        if (outermost) {
+            std::transform(all_kinds.begin(), all_kinds.end(), recipe_.bases.begin(),
+                           [&](Kind kind) { return base_of(kind, defaults); });
+        }
+        if (outermost && recipe_.assignments.empty() && errors_.empty()) {
+            DocumentErrors errors(path, file.text);
+            errors.add({}, "there is no [[assign]] in this file");
+            keep(errors);
+        }
+        return defaults;
     }
-    std::vector<std::string_view> names;
-    for (int index = 1; index <= 7; ++index) {
-        names.push_back(highlight_color_name(highlight_digits(index)));
-    }
-    if (std::find(names.begin(), names.end(), *text) == names.end()) {
-        errors.add(entry.value_place,
-                   "\"highlight\" is none of the seven colours" + suggestion(*text, names));
-        return;
-    }
-    assignment.highlight = *text;
-}
 
-void read_color(const TomlEntry& entry, Assignment& assignment, DocumentErrors& errors) {
-    const std::optional<std::string> text = text_value(entry, errors);
-    if (!text) {
-        return;
+    Defaults read_includes(const RecipeFile& file) {
+        Defaults defaults;
+        for (const IncludedFile& included : file.includes) {
+            const std::string path = path_beside(file.path, included.path);
+            if (const std::string problem = include_problem(path); !problem.empty()) {
+                DocumentErrors errors(file.path, file.text);
+                errors.add({included.line, included.column}, "\"include\" " + problem);
+                keep(errors);
+                continue;
+            }
+            recipe_.files.push_back(path);
+            Defaults more = read_file(path);
+            std::move(more.begin(), more.end(), std::back_inserter(defaults));
+        }
+        return defaults;
     }
-    if (text->size() != 6 ||
-        text->find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) {
-        errors.add(entry.value_place,
-                   "\"color\" must be six hexadecimal digits RRGGBB, as in \"FF7F00\"");
-        return;
-    }
-    assignment.color = upper_case(*text);
-}
 
-void read_selector(const TomlEntry& entry, Assignment& assignment, DocumentErrors& errors) {
-    if (entry.key == "highlight") {
-        read_highlight(entry, assignment, errors);
-    } else if (entry.key == "color") {
-        read_color(entry, assignment, errors);
-    } else if (entry.key == "material") {
-        constexpr long long most = OpenSet::max_translations;
-        if (const auto number = whole_value(entry, 1, most, errors)) {
-            assignment.material = static_cast<std::size_t>(*number);
+    std::string include_problem(const std::string& path) {
+        if (!disk_.is_file(path)) {
+            recipe_.files.push_back(path);
+            return "names no file: there is no " + path;
+        }
+        if (recipe_.files.size() == most_files) {
+            return "is one file too many: a recipe is at most " + to_text(most_files) + " files";
+        }
+        const auto known =
+            std::find_if(recipe_.files.begin(), recipe_.files.end(), [&](const std::string& read) {
+                return disk_.is_file(read) && is_same_file(disk_, read, path);
+            });
+        return known == recipe_.files.end() ? std::string()
+                                            : "names a file that is read already: " + *known;
+    }
+
+    Parameters base_of(Kind kind, const Defaults& defaults) const {
+        Parameters parameters;
+        parameters.effects.lstEffectType = default_effect_;
+        for (const RecipeFile& file : defaults) {
+            take_over(parameters, file.defaults_of(kind), kind);
+        }
+        return parameters;
+    }
+
+    void add_assignment(const WrittenAssignment& written, const Defaults& defaults,
+                        const std::string& included_file) {
+        Assignment assignment = written.what;
+        assignment.source_file = included_file;
+        assignment.parameters = base_of(assignment.kind, defaults);
+        take_over(assignment.parameters, written.given, assignment.kind);
+        recipe_.assignments.push_back(std::move(assignment));
+    }
+
+    // Included files come first, so that a file's own keys win.
+    void take_top_keys(const RecipeFile& file) {
+        recipe_.macros = file.macros.value_or(recipe_.macros);
+        recipe_.unique_labels = file.unique_labels.value_or(recipe_.unique_labels);
+        recipe_.allow.insert(recipe_.allow.end(), file.allow.begin(), file.allow.end());
+    }
+
+    void keep(const DocumentErrors& errors) {
+        for (const std::string& text : errors.texts()) {
+            errors_.push_back(text);
+        }
+        for (const Note& problem : errors.problems()) {
+            problems_.push_back(problem);
         }
     }
-}
 
-std::string unknown_key(std::string_view key, Kind kind) {
-    for (const Kind other : all_kinds) {
-        if (find_parameter_key(other, key) != nullptr) {
-            return quoted(key) + " belongs to the kind " + quoted(kind_text(other)) + ", not to " +
-                   quoted(kind_text(kind));
-        }
-    }
-    std::vector<std::string_view> valid(common_keys.begin(), common_keys.end());
-    for (const ParameterKey& parameter : parameter_keys(kind)) {
-        valid.push_back(parameter.name);
-    }
-    return "unknown key " + quoted(key) + suggestion(key, valid);
-}
-
-void read_parameter(const TomlEntry& entry, Assignment& assignment, DocumentErrors& errors) {
-    const ParameterKey* key = find_parameter_key(assignment.kind, entry.key);
-    if (key == nullptr) {
-        errors.add(entry.key_place, unknown_key(entry.key, assignment.kind));
-        return;
-    }
-    if (key->flag != nullptr) {
-        if (const std::optional<bool> flag = flag_value(entry, errors)) {
-            key->flag(assignment.parameters) = *flag;
-        }
-        return;
-    }
-    const std::optional<std::string> text = text_value(entry, errors);
-    if (!text) {
-        return;
-    }
-    if (const std::string problem = key->problem ? key->problem(*text) : ""; !problem.empty()) {
-        errors.add(entry.value_place, quoted(entry.key) + " " + problem);
-        return;
-    }
-    key->text(assignment.parameters) = *text;
-}
-
-Assignment read_assignment(const TomlElement& element, const std::string& default_effect,
-                           DocumentErrors& errors) {
-    Assignment assignment;
-    assignment.source_line = element.place.line;
-    assignment.parameters.effects.lstEffectType = default_effect;
-    const std::optional<Kind> kind = read_kind(element, errors);
-    if (kind) {
-        assignment.kind = *kind;
-    }
-    for (const TomlEntry& entry : entries_of(element.table)) {
-        if (is_common(entry.key)) {
-            read_selector(entry, assignment, errors);
-        } else if (kind) {
-            read_parameter(entry, assignment, errors);
-        }
-    }
-    // Choosing a flash variable in the dialog sets its mask; so it does here.
-    if (!element.table.contains("FlashMask")) {
-        LightParameters& lights = assignment.parameters.lights;
-        lights.FlashMask = flash_mask_of(lights.LightVariable);
-    }
-    return assignment;
-}
+    Disk& disk_;
+    const std::string& default_effect_;
+    Recipe recipe_;
+    std::vector<std::string> errors_;
+    std::vector<Note> problems_;
+};
 
 } // namespace
 
 RecipeReading read_recipe(Disk& disk, const std::string& path, const std::string& default_effect) {
-    const TomlReading reading = read_toml(disk, path, "recipe");
-    if (!reading.document) {
-        return {std::nullopt, reading.errors};
-    }
-    DocumentErrors errors(path, reading.document->text);
-    Recipe recipe{{}, path};
-    for (const TomlElement& element : elements_of(*reading.document, "assign", errors)) {
-        recipe.assignments.push_back(read_assignment(element, default_effect, errors));
-    }
-    if (!errors.empty()) {
-        return {std::nullopt, errors.texts()};
-    }
-    return {std::move(recipe), {}};
+    return RecipeReader(disk, default_effect).read(path);
+}
+
+const Parameters& Recipe::base_of(Kind kind) const {
+    return bases.at(position_of(kind));
+}
+
+const std::string& file_of(const Recipe& recipe, const Assignment& assignment) {
+    return assignment.source_file.empty() ? recipe.file : assignment.source_file;
 }
 
 } // namespace morvane

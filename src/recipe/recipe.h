@@ -1,7 +1,9 @@
 #pragma once
 
+#include "base/note.h"
 #include "objects/parameters.h"
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -11,31 +13,46 @@ namespace morvane {
 
 class Disk;
 
-/// What becomes of some of the marked materials. All selectors that are given must hold; without
-/// any, every material still unprocessed is meant.
+/// What becomes of some of the marked materials. All selectors that are given must hold, a selector
+/// of several values when any of them does; without any, every material still unprocessed is meant.
 struct Assignment {
-    std::optional<std::string> highlight; // a colour's name, e.g. "Red"
-    std::optional<std::string> color;     // RRGGBB, upper case
-    std::optional<std::size_t> material;  // row of the list of marked materials, from 1
+    std::vector<std::string> highlight; // colours' names, e.g. "Red"
+    std::vector<std::string> color;     // RRGGBB, upper case
+    std::vector<std::size_t> material;  // rows of the list of marked materials, from 1
     Kind kind = Kind::Lights;
+    bool optional = false; // matching nothing is not an error
     Parameters parameters; // only those of the kind count
     std::size_t source_line = 0;
+    std::string source_file{}; // where an included file holds it; otherwise empty
 };
 
 struct Recipe {
-    std::vector<Assignment> assignments;
-    std::string file; // as the user named it
+    std::vector<Assignment> assignments; // those of included files first
+    std::string file;                    // as the user named it
+    std::string macros{};                // the file that the frame file includes; empty: none
+    bool unique_labels = false;
+    std::vector<std::string> allow{};                 // codes of problems that are accepted
+    std::vector<std::string> files{};                 // all that were read, `file` first
+    std::array<Parameters, all_kinds.size()> bases{}; // by position in all_kinds
+
+    /// The parameters of an assignment of the file itself that gives none.
+    const Parameters& base_of(Kind kind) const;
 };
 
 struct RecipeReading {
     std::optional<Recipe> recipe; // nothing when there are errors
     std::vector<std::string> errors;
+    std::vector<Note> problems;     // the same errors, with their places
+    std::vector<std::string> files; // all that were read or looked for, `path` first
 };
 
-/// Reads a recipe file. Parameters that it leaves out have the window's defaults;
-/// `default_effect` is the effect list's first line. Every error names file, line and key and shows
-/// the line with a caret under the place. Never throws.
+/// Reads a recipe file and what it includes. Parameters that it omits have the defaults that it
+/// gives, else the window's; `default_effect` is the effect list's first line. Every error names
+/// file, line and key and shows the line with a caret under the place. Never throws.
 RecipeReading read_recipe(Disk& disk, const std::string& path, const std::string& default_effect);
+
+/// The file that holds an assignment.
+const std::string& file_of(const Recipe& recipe, const Assignment& assignment);
 
 /// The text of a recipe file (UTF-8, LF): selectors and the parameters that are not at their
 /// defaults. Reading it gives the same assignments.

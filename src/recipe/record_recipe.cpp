@@ -22,10 +22,10 @@ Recipe record_recipe(const OpenSet& set, const std::vector<MadeMaterial>& made) 
     for (const MadeMaterial& item : made) {
         const Translation& material = set.translation(item.row);
         Assignment assignment;
-        assignment.highlight = highlight_color_name(material.highlight);
-        assignment.color = material.color;
+        assignment.highlight.emplace_back(highlight_color_name(material.highlight));
+        assignment.color.push_back(material.color);
         if (!is_only_one(set, material)) {
-            assignment.material = item.row;
+            assignment.material.push_back(item.row);
         }
         assignment.kind = item.kind;
         assignment.parameters = item.parameters;

@@ -3,6 +3,9 @@
 #include "recipe/recipe.h"
 #include "toml/toml_document.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace morvane {
 
 namespace {
@@ -23,18 +26,44 @@ Parameters defaults_for(const Assignment& assignment) {
     return defaults;
 }
 
+// A key with one value, or with a list of several; nothing without any.
+std::string selector(std::string_view name, const std::vector<std::string>& values) {
+    if (values.empty()) {
+        return {};
+    }
+    return entry(name, values.size() == 1 ? values.front() : toml_list(values));
+}
+
+std::vector<std::string> all_quoted(const std::vector<std::string>& texts) {
+    std::vector<std::string> result;
+    std::transform(texts.begin(), texts.end(), std::back_inserter(result), toml_quoted);
+    return result;
+}
+
 std::string selectors(const Assignment& assignment) {
+    std::vector<std::string> rows;
+    std::transform(assignment.material.begin(), assignment.material.end(), std::back_inserter(rows),
+                   to_text);
+    return selector("highlight", all_quoted(assignment.highlight)) +
+           selector("color", all_quoted(assignment.color)) + selector("material", rows) +
+           (assignment.optional ? entry("optional", "true") : std::string());
+}
+
+std::string top_keys(const Recipe& recipe) {
     std::string text;
-    if (assignment.highlight) {
-        text += entry("highlight", toml_quoted(*assignment.highlight));
+    if (!recipe.macros.empty()) {
+        text += entry("macros", toml_quoted(recipe.macros));
     }
-    if (assignment.color) {
-        text += entry("color", toml_quoted(*assignment.color));
+    if (recipe.unique_labels) {
+        text += entry("unique_labels", "true");
     }
-    if (assignment.material) {
-        text += entry("material", to_text(*assignment.material));
+    if (!recipe.allow.empty()) {
+        std::vector<std::string> codes;
+        std::transform(recipe.allow.begin(), recipe.allow.end(), std::back_inserter(codes),
+                       toml_quoted_utf8);
+        text += entry("allow", toml_list(codes));
     }
-    return text;
+    return text.empty() ? text : "\n" + text;
 }
 
 std::string parameters_text(const Assignment& assignment) {
@@ -57,7 +86,8 @@ std::string parameters_text(const Assignment& assignment) {
 
 std::string write_recipe(const Recipe& recipe) {
     std::string text = "# What becomes of each marked material. Apply it again with\n"
-                       "#     morvane-cli process BASE RECIPE\n";
+                       "#     morvane-cli process BASE RECIPE\n" +
+                       top_keys(recipe);
     for (const Assignment& assignment : recipe.assignments) {
         text += "\n[[assign]]\n" + selectors(assignment) +
                 entry("kind", toml_quoted(kind_text(assignment.kind))) +

@@ -112,11 +112,24 @@ std::string DocumentErrors::render(const Found& found) const {
     return text;
 }
 
-std::vector<std::string> DocumentErrors::texts() const {
+std::vector<DocumentErrors::Found> DocumentErrors::in_order() const {
     std::vector<Found> sorted = found_;
     std::stable_sort(sorted.begin(), sorted.end(), [](const Found& a, const Found& b) {
         return std::pair(a.place.line, a.place.column) < std::pair(b.place.line, b.place.column);
     });
+    return sorted;
+}
+
+std::vector<Note> DocumentErrors::problems() const {
+    std::vector<Note> problems;
+    for (const Found& found : in_order()) {
+        problems.push_back({found.message, file_, found.place.line, Severity::Error});
+    }
+    return problems;
+}
+
+std::vector<std::string> DocumentErrors::texts() const {
+    const std::vector<Found> sorted = in_order();
     std::vector<std::string> texts;
     for (const Found& found : sorted) {
         if (texts.size() == most_errors) {

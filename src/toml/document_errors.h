@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/note.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -23,6 +25,8 @@ class DocumentErrors {
     /// Each error as "FILE, line N: message", the line itself, and a caret under the place, parted
     /// by "\n". Only the first 50, and then how many more there are.
     std::vector<std::string> texts() const;
+    /// The same errors as their messages with file and line.
+    std::vector<Note> problems() const;
 
   private:
     struct Found {
@@ -31,6 +35,7 @@ class DocumentErrors {
     };
 
     std::string render(const Found& found) const;
+    std::vector<Found> in_order() const;
 
     std::string file_;
     std::vector<std::string_view> lines_;

@@ -20,7 +20,7 @@ Place from_toml(const toml::source_position& position) {
 }
 
 TomlReading refused(const std::string& path, const std::string& problem) {
-    return {std::nullopt, {path + ": " + problem}};
+    return {std::nullopt, {path + ": " + problem}, {{problem, path, 0, Severity::Error}}};
 }
 
 // A text saved with another encoding. What follows the first wrong byte is shown as what it most
@@ -30,7 +30,7 @@ TomlReading not_utf8(const std::string& path, std::string_view text, std::size_t
     DocumentErrors errors(path, shown);
     errors.add(place_of(shown, valid),
                "this is not UTF-8 text; save the file with the encoding UTF-8");
-    return {std::nullopt, errors.texts()};
+    return {std::nullopt, errors.texts(), errors.problems()};
 }
 
 // Every dot between two keys is one more table inside a table, and the parser goes one call deeper
@@ -45,21 +45,6 @@ std::optional<std::size_t> too_deep_line(std::string_view text) {
     return std::nullopt;
 }
 
-TomlReading parse(const std::string& path, std::string text) {
-    DocumentErrors errors(path, text);
-    if (const auto line = too_deep_line(text)) {
-        errors.add({*line, 1}, "tables nested too deeply");
-        return {std::nullopt, errors.texts()};
-    }
-    try {
-        toml::table table = toml::parse(std::string_view(text), path);
-        return {TomlDocument{path, std::move(text), std::move(table)}, {}};
-    } catch (const toml::parse_error& error) {
-        errors.add(from_toml(error.source().begin), std::string(error.description()));
-        return {std::nullopt, errors.texts()};
-    }
-}
-
 TomlReading read_checked(Disk& disk, const std::string& path, std::string_view what) {
     if (disk.is_folder(path)) {
         return refused(path, "this is a folder, not a " + std::string(what) + ".");
@@ -68,14 +53,29 @@ TomlReading read_checked(Disk& disk, const std::string& path, std::string_view w
         return refused(path, "the file is too large for a " + std::string(what) + " (over 1 MiB).");
     }
     const FileBytes bytes = read_bytes(disk, path);
-    const std::size_t valid = valid_utf8_length(bytes.view());
-    if (valid < bytes.size) {
-        return not_utf8(path, bytes.view(), valid);
-    }
-    return parse(path, std::string(bytes.view()));
+    return parse_toml(path, std::string(bytes.view()));
 }
 
 } // namespace
+
+TomlReading parse_toml(const std::string& path, std::string text) {
+    const std::size_t valid = valid_utf8_length(text);
+    if (valid < text.size()) {
+        return not_utf8(path, text, valid);
+    }
+    DocumentErrors errors(path, text);
+    if (const auto line = too_deep_line(text)) {
+        errors.add({*line, 1}, "tables nested too deeply");
+        return {std::nullopt, errors.texts(), errors.problems()};
+    }
+    try {
+        toml::table table = toml::parse(std::string_view(text), path);
+        return {TomlDocument{path, std::move(text), std::move(table)}, {}, {}};
+    } catch (const toml::parse_error& error) {
+        errors.add(from_toml(error.source().begin), std::string(error.description()));
+        return {std::nullopt, errors.texts(), errors.problems()};
+    }
+}
 
 TomlReading read_toml(Disk& disk, const std::string& path, std::string_view what) {
     try {
@@ -100,7 +100,8 @@ std::string header_text(std::string_view name) {
     return "[[" + std::string(name) + "]]";
 }
 
-// The tables of the entry that bears the right name.
+} // namespace
+
 std::vector<TomlElement> elements_of(const TomlEntry& entry, DocumentErrors& errors) {
     std::vector<TomlElement> elements;
     const toml::array* array = entry.value.as_array();
@@ -116,7 +117,37 @@ std::vector<TomlElement> elements_of(const TomlEntry& entry, DocumentErrors& err
     return elements;
 }
 
-} // namespace
+std::vector<TomlEntry> table_entries(const TomlEntry& entry, DocumentErrors& errors) {
+    const toml::table* table = entry.value.as_table();
+    if (table == nullptr) {
+        errors.add(entry.key_place, "\"" + std::string(entry.key) +
+                                        "\" must be a table, written with one bracket: [" +
+                                        std::string(entry.key) + "]");
+        return {};
+    }
+    return entries_of(*table);
+}
+
+std::vector<TomlEntry> values_of(const TomlEntry& entry, DocumentErrors& errors) {
+    const toml::array* array = entry.value.as_array();
+    if (array == nullptr) {
+        return {entry};
+    }
+    if (array->empty()) {
+        errors.add(entry.value_place, "\"" + std::string(entry.key) + "\" is an empty list");
+    }
+    std::vector<TomlEntry> values;
+    for (const toml::node& node : *array) {
+        values.push_back({entry.key, node, entry.key_place, from_toml(node.source().begin)});
+    }
+    return values;
+}
+
+const TomlEntry* find_entry(const std::vector<TomlEntry>& entries, std::string_view key) {
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [&](const TomlEntry& entry) { return entry.key == key; });
+    return found == entries.end() ? nullptr : &*found;
+}
 
 std::vector<TomlElement> elements_of(const TomlDocument& document, std::string_view name,
                                      DocumentErrors& errors) {

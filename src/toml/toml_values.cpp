@@ -18,14 +18,22 @@ void add(const TomlEntry& entry, const std::string& problem, DocumentErrors& err
 
 } // namespace
 
-std::optional<std::string> text_value(const TomlEntry& entry, DocumentErrors& errors) {
-    const std::optional<std::string> utf8 = entry.value.value_exact<std::string>();
+std::optional<std::string> utf8_value(const TomlEntry& entry, DocumentErrors& errors) {
+    std::optional<std::string> utf8 = entry.value.value_exact<std::string>();
     if (!utf8) {
         add(entry, "must be text between quotes", errors);
         return std::nullopt;
     }
     if (std::any_of(utf8->begin(), utf8->end(), is_control)) {
         add(entry, "must be text on one line, without control characters", errors);
+        return std::nullopt;
+    }
+    return utf8;
+}
+
+std::optional<std::string> text_value(const TomlEntry& entry, DocumentErrors& errors) {
+    const std::optional<std::string> utf8 = utf8_value(entry, errors);
+    if (!utf8) {
         return std::nullopt;
     }
     std::optional<std::string> text = from_utf8(*utf8);
@@ -72,9 +80,13 @@ std::optional<double> number_value(const TomlEntry& entry, DocumentErrors& error
 }
 
 std::string toml_quoted(std::string_view windows1252) {
+    return toml_quoted_utf8(to_utf8(windows1252));
+}
+
+std::string toml_quoted_utf8(std::string_view utf8) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string quoted = "\"";
-    for (const char c : to_utf8(windows1252)) {
+    for (const char c : utf8) {
         if (c == '"' || c == '\\') {
             quoted += {'\\', c};
         } else if (is_control(c)) {
@@ -87,6 +99,14 @@ std::string toml_quoted(std::string_view windows1252) {
         }
     }
     return quoted + "\"";
+}
+
+std::string toml_list(const std::vector<std::string>& values) {
+    std::string list;
+    for (const std::string& value : values) {
+        list += (list.empty() ? "" : ", ") + value;
+    }
+    return "[" + list + "]";
 }
 
 } // namespace morvane

@@ -45,7 +45,7 @@ class ApplyRecipe : public ::testing::Test {
 
     static Assignment assign(const std::string& highlight, Kind kind, std::size_t line) {
         Assignment assignment;
-        assignment.highlight = highlight;
+        assignment.highlight = {highlight};
         assignment.kind = kind;
         assignment.source_line = line;
         return assignment;

@@ -42,9 +42,9 @@ TEST(ReadRecipe, TakesTheExampleOfTheGuide) {
                                                   "material  = 3\n"
                                                   "kind      = \"Lights\"\n"
                                                   "LightType = \"LIGHT_STROBE\"\n");
-    EXPECT_EQ(assignment.highlight, "Red");
-    EXPECT_EQ(assignment.color, "FF7F00");
-    EXPECT_EQ(assignment.material, 3U);
+    EXPECT_THAT(assignment.highlight, ElementsAre("Red"));
+    EXPECT_THAT(assignment.color, ElementsAre("FF7F00"));
+    EXPECT_THAT(assignment.material, ElementsAre(3U));
     EXPECT_EQ(assignment.kind, Kind::Lights);
     EXPECT_EQ(assignment.parameters.lights.LightType, "LIGHT_STROBE");
     EXPECT_EQ(assignment.source_line, 2U);
@@ -52,7 +52,9 @@ TEST(ReadRecipe, TakesTheExampleOfTheGuide) {
 
 TEST(ReadRecipe, LeavesTheWindowsDefaults) {
     const Assignment lights = only_assignment("[[assign]]\nkind = \"Lights\"\n");
-    EXPECT_FALSE(lights.highlight || lights.color || lights.material);
+    EXPECT_THAT(lights.highlight, IsEmpty());
+    EXPECT_THAT(lights.color, IsEmpty());
+    EXPECT_THAT(lights.material, IsEmpty());
     EXPECT_EQ(lights.parameters.lights.LightType, "LIGHT_STROBE");
     EXPECT_EQ(lights.parameters.lights.LightInt, "100");
     EXPECT_EQ(lights.parameters.lights.LightAttnL, "0.4");
@@ -134,7 +136,7 @@ TEST(ReadRecipe, SetsTheMaskThatTheDialogSetsForAVariable) {
 TEST(ReadRecipe, AcceptsLowerCaseDigitsAndWindowsLineEnds) {
     const Assignment assignment =
         only_assignment("\xEF\xBB\xBF[[assign]]\r\ncolor = \"ff7f00\"\r\nkind = \"Lights\"\r\n");
-    EXPECT_EQ(assignment.color, "FF7F00");
+    EXPECT_THAT(assignment.color, ElementsAre("FF7F00"));
 }
 
 TEST(ReadRecipe, TurnsTextIntoWindows1252) {
@@ -157,7 +159,7 @@ TEST(ReadRecipe, NamesTheNearestKeyOfATypo) {
     EXPECT_THAT(error_in("Lights", "hilight = \"Red\""), HasSubstr("did you mean \"highlight\"?"));
     EXPECT_THAT(error_in("Windsock", "Size = \"3\""),
                 HasSubstr("unknown key \"Size\" (there are: highlight, color, material, kind, "
-                          "ws_mastColor, ws_lit)"));
+                          "optional, ws_mastColor, ws_lit)"));
 }
 
 TEST(ReadRecipe, PutsTheCaretUnderThePlaceBehindTabsAndAccents) {
@@ -184,7 +186,7 @@ TEST(ReadRecipe, RefusesWrongTypes) {
                 HasSubstr("\"material\" must be a whole number from 1 to 300, without quotes"));
     EXPECT_THAT(error_in("Lights", "material = 0"), HasSubstr("from 1 to 300"));
     EXPECT_THAT(error_in("Lights", "material = 1.0"), HasSubstr("from 1 to 300"));
-    EXPECT_THAT(error_in("Lights", "highlight = [\"Red\"]"), HasSubstr("must be text"));
+    EXPECT_THAT(error_in("Lights", "highlight = [[\"Red\"]]"), HasSubstr("must be text"));
     EXPECT_THAT(error_in("Lights", "color = 123456"), HasSubstr("\"color\" must be text"));
 }
 

@@ -1,9 +1,13 @@
 #include "recipe/record_recipe.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace morvane::test {
 namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 OpenSet set_of(const std::vector<std::pair<std::string, std::string>>& colors) {
     OpenSet set;
@@ -20,9 +24,9 @@ TEST(RecordRecipe, NamesAMaterialByItsTwoColors) {
     const OpenSet set = set_of({{"0000FF", "FF8000"}, {"FF0000", "FF8000"}});
     const Recipe recipe = record_recipe(set, {{2, Kind::Windsock, {}}});
     ASSERT_EQ(recipe.assignments.size(), 1U);
-    EXPECT_EQ(recipe.assignments[0].highlight, "Blue");
-    EXPECT_EQ(recipe.assignments[0].color, "FF8000");
-    EXPECT_EQ(recipe.assignments[0].material, std::nullopt);
+    EXPECT_THAT(recipe.assignments[0].highlight, ElementsAre("Blue"));
+    EXPECT_THAT(recipe.assignments[0].color, ElementsAre("FF8000"));
+    EXPECT_THAT(recipe.assignments[0].material, IsEmpty());
     EXPECT_EQ(recipe.assignments[0].kind, Kind::Windsock);
 }
 
@@ -33,10 +37,10 @@ TEST(RecordRecipe, AddsThePlaceWhereTheColorsFitAnotherMaterialToo) {
     const Recipe recipe =
         record_recipe(set, {{2, Kind::Lights, parameters}, {1, Kind::Lights, {}}});
     ASSERT_EQ(recipe.assignments.size(), 2U);
-    EXPECT_EQ(recipe.assignments[0].material, 2U);
+    EXPECT_THAT(recipe.assignments[0].material, ElementsAre(2U));
     EXPECT_EQ(recipe.assignments[0].parameters.lights.LightInt, "55");
-    EXPECT_EQ(recipe.assignments[1].material, 1U);
-    EXPECT_EQ(recipe.assignments[1].highlight, "Red");
+    EXPECT_THAT(recipe.assignments[1].material, ElementsAre(1U));
+    EXPECT_THAT(recipe.assignments[1].highlight, ElementsAre("Red"));
 }
 
 } // namespace

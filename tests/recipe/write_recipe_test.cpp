@@ -13,9 +13,9 @@ using test::read_recipe_text;
 
 TEST(WriteRecipe, WritesSelectorsAndWhatIsNotAtItsDefault) {
     Assignment lights;
-    lights.highlight = "Red";
-    lights.color = "FF7F00";
-    lights.material = 3;
+    lights.highlight = {"Red"};
+    lights.color = {"FF7F00"};
+    lights.material = {3};
     lights.parameters.lights.LightType = "LIGHT_NAV";
     lights.parameters.lights.DayFlag = true;
     Assignment windsock;
@@ -105,13 +105,13 @@ class RandomRecipes {
                                                          "Magenta", "Yellow", "White"};
         Assignment result;
         if (below(2) == 0) {
-            result.highlight = std::string(colors[below(7)]);
+            result.highlight = {std::string(colors[below(7)])};
         }
         if (below(2) == 0) {
-            result.color = "00FF7" + to_digit(below(16));
+            result.color = {"00FF7" + to_digit(below(16))};
         }
         if (below(2) == 0) {
-            result.material = 1 + below(300);
+            result.material = {1 + below(300)};
         }
         result.kind = all_kinds[below(all_kinds.size())];
         for (const ParameterKey& key : parameter_keys(result.kind)) {

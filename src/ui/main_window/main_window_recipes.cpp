@@ -53,6 +53,9 @@ void MainWindow::apply_recipe_file(const QString& path) {
     const RecipePlan plan = plan_recipe(set_, *reading.recipe);
     if (!plan.errors.empty()) {
         show_errors(plan.errors);
+        for (const Note& hint : plan.hints) {
+            reporter_.note(hint);
+        }
         return;
     }
     carry_out(*reading.recipe, plan);
