@@ -83,12 +83,12 @@ TEST_F(SharedRecipes, UniqueLabelsChangeTheRepeatedLabelsOnly) {
 TEST_F(SharedRecipes, MacrosSurviveAnExportARestoreAndAProcess) {
     const std::string frame = folder_.read("airport.asm");
     const std::string model = folder_.read("airport_0.asm");
-    const std::string recipe = "macros = \"sdk/morvane.inc\"\n" + four;
+    const std::string recipe = "macros = \"sdk/ours.inc\"\n" + four;
     ASSERT_EQ(run_commands(folder_.path(), "morvane-cli backup airport").status, 0);
     ASSERT_EQ(process(recipe).status, 0);
     const std::string included = folder_.read("airport.asm");
     EXPECT_NE(included, frame);
-    EXPECT_THAT(included, HasSubstr("    include morvane.inc\r\n"));
+    EXPECT_THAT(included, HasSubstr("    include ours.inc\r\n"));
 
     ASSERT_EQ(run_commands(folder_.path(), "morvane-cli restore --yes airport").status, 0);
     ASSERT_EQ(process(recipe).status, 0);
@@ -101,9 +101,9 @@ TEST_F(SharedRecipes, MacrosSurviveAnExportARestoreAndAProcess) {
 }
 
 TEST_F(SharedRecipes, ADryRunShowsTheMacrosInItsDiff) {
-    const ProgramRun run = process("macros = \"morvane.inc\"\n" + four, "--dry-run");
+    const ProgramRun run = process("macros = \"ours.inc\"\n" + four, "--dry-run");
     EXPECT_EQ(run.status, 0);
-    EXPECT_THAT(run.output, HasSubstr("+    include morvane.inc"));
+    EXPECT_THAT(run.output, HasSubstr("+    include ours.inc"));
 }
 
 TEST_F(SharedRecipes, OptionalAssignmentsThatMatchNothingSaveNothing) {
