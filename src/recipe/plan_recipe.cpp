@@ -107,7 +107,7 @@ RecipePlan plan_recipe(const OpenSet& set, const Recipe& recipe) {
         if (plan.steps.size() == steps_before && !assignment.optional) {
             refuse(plan, recipe, assignment, no_match(assignment, taken.size(), matching));
             const std::string hint = nearest_colors(set, assignment, rows_left(taken));
-            if (!hint.empty()) {
+            if (matching == 0 && !hint.empty()) {
                 plan.hints.push_back(
                     {hint, file_of(recipe, assignment), assignment.source_line, Severity::Note});
             }
