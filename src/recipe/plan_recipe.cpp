@@ -71,6 +71,15 @@ void refuse(RecipePlan& plan, const Recipe& recipe, const Assignment& assignment
     plan.problems.push_back({problem, file, assignment.source_line, Severity::Error});
 }
 
+// A colour that is written wrongly is the usual reason; a place in the list is not near another.
+void add_hint(RecipePlan& plan, const Recipe& recipe, const Assignment& assignment,
+              const std::string& hint) {
+    if (!hint.empty() && !(assignment.color.empty() && assignment.highlight.empty())) {
+        plan.hints.push_back(
+            {hint, file_of(recipe, assignment), assignment.source_line, Severity::Note});
+    }
+}
+
 // The marked materials that no assignment so far has taken.
 std::vector<std::size_t> rows_left(const std::vector<bool>& taken) {
     std::vector<std::size_t> rows;
@@ -106,10 +115,9 @@ RecipePlan plan_recipe(const OpenSet& set, const Recipe& recipe) {
         }
         if (plan.steps.size() == steps_before && !assignment.optional) {
             refuse(plan, recipe, assignment, no_match(assignment, taken.size(), matching));
-            const std::string hint = nearest_colors(set, assignment, rows_left(taken));
-            if (matching == 0 && !hint.empty()) {
-                plan.hints.push_back(
-                    {hint, file_of(recipe, assignment), assignment.source_line, Severity::Note});
+            if (matching == 0) {
+                add_hint(plan, recipe, assignment,
+                         nearest_colors(set, assignment, rows_left(taken)));
             }
         }
     }
