@@ -11,14 +11,22 @@ namespace {
 using namespace morvane;
 using namespace morvane::fuzz;
 
-Inspector make_inspector(World& world) {
-    Inspector inspector(world.services, "home");
-    inspector.unpacking.run = [](const std::vector<std::string>&) { return 1; };
-    return inspector;
-}
+/// Programs none of which can be started.
+class NoPrograms final : public Programs {
+  public:
+    bool can_execute(const std::string&) override { return false; }
+    std::string find_on_path(const std::string&) override { return {}; }
+    std::unique_ptr<RunningProgram> start(const ProgramCall& call, const std::string&) override {
+        throw RuntimeError(ErrorNumber::FileNotFound, call.arguments[0]);
+    }
+    ProgramEnd run(const ProgramCall& call, const RunOptions&) override {
+        throw RuntimeError(ErrorNumber::FileNotFound, call.arguments[0]);
+    }
+};
 
 void analyse(World& world, const std::string& bytes) {
-    Inspector inspector = make_inspector(world);
+    NoPrograms programs;
+    Inspector inspector(world.services, "home", programs);
     const Analysis analysis = analyse_file(inspector, "scenery/a.bgl", true, true);
     require(analysis.objects.size() <= max_library_objects, "the bound of objects");
     for (const LibraryObject& object : analysis.objects) {
@@ -30,7 +38,8 @@ void analyse(World& world, const std::string& bytes) {
 }
 
 void search(World& world) {
-    Inspector inspector = make_inspector(world);
+    NoPrograms programs;
+    Inspector inspector(world.services, "home", programs);
     const SearchResult result = search_folder(inspector, "scenery", true);
     if (result.done) {
         require(result.statistics.bgl_files == 2, "both files are seen");

@@ -25,7 +25,7 @@ void add_folder(FolderWalk& walk, const std::string& parent, std::size_t sibling
                            parent + " has more than " + std::to_string(max_direct_subfolders) +
                                " subfolders");
     }
-    // The folder where the walk began stands in the list too.
+    // The folder where the walk began is in the list too.
     if (walk.folder_list.size() + 1 == max_folders) {
         throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
                            join_path(parent, name) + " is beyond the " +

@@ -1,21 +1,23 @@
 #include "bgl/decompress_bgl.h"
 
+#include "base/errors.h"
 #include "base/paths.h"
 #include "base/reporter.h"
+#include "bgl/bgl_file.h"
 #include "bgl/unpack/statuses.h"
 #include "system/absolute_path.h"
 #include "system/disk.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <array>
 #include <filesystem>
-#include <string_view>
 
 namespace morvane {
 
 namespace {
 
 using Words = std::vector<std::string>;
+using Attempt = std::optional<ProgramEnd>; // none: the program could not be started
 
 void hint(const Services& services, Unpacking& unpacking, const std::string& text) {
     if (unpacking.hints_given.insert(text).second) {
@@ -38,28 +40,19 @@ Words unpacking_programs(Disk& disk, const Words& folders) {
     return programs;
 }
 
-std::string find_wine(Disk& disk, std::string_view search_path) {
-    while (!search_path.empty()) {
-        const std::size_t end = std::min(search_path.find(':'), search_path.size());
-        std::string program = join_path(search_path.substr(0, end), "wine");
-        if (end > 0 && disk.is_file(program)) {
-            return program;
-        }
-        search_path.remove_prefix(std::min(end + 1, search_path.size()));
-    }
-    return {};
+// What comes before a Windows program on the command line: nothing on Windows, else wine, which is
+// an empty word when it is missing.
+Words find_launcher(const Unpacking& unpacking) {
+    return unpacking.on_windows ? Words{} : Words{unpacking.programs.find_on_path("wine")};
 }
 
-// What stands before a Windows program on the command line: nothing on Windows, else wine, which
-// is an empty word when it is missing.
-Words find_launcher(Disk& disk, const Unpacking& unpacking) {
-    return unpacking.on_windows ? Words{} : Words{find_wine(disk, unpacking.search_path)};
-}
-
-std::string what_is_missing(const Words& programs, const Words& launcher,
-                            const std::string& program_folder) {
+std::string what_is_missing(const Words& programs, const Words& launcher, const Words& folders) {
     if (programs.empty()) {
-        return "bglunpack.exe was not found in the program folder " + program_folder;
+        std::string places;
+        for (const std::string& folder : folders) {
+            places += (places.empty() ? "" : " or ") + folder;
+        }
+        return "bglunpack.exe was not found in " + places;
     }
     return !launcher.empty() && launcher[0].empty() ? "wine is not installed" : "";
 }
@@ -74,7 +67,7 @@ std::string windows_name(const std::string& path, bool on_windows) {
     return name.insert(0, "Z:");
 }
 
-std::string reason(int status) {
+std::string status_reason(int status) {
     switch (status) {
     case unpack_no_library:
         return "the simulator's library sup.dll was not found or cannot be loaded (put it into "
@@ -85,90 +78,181 @@ std::string reason(int status) {
         return "the library sup.dll could not unpack the file";
     case unpack_cannot_write:
         return "tmp.bgl cannot be written";
-    case program_not_started:
-        return "the unpacking program could not be started";
-    case program_timed_out:
-        return "the unpacking program did not end in time";
     default:
         return "the unpacking program failed with status " + std::to_string(status);
     }
 }
 
-// Whether the other of the two programs may do what this one could not: the library may be code of
-// the other width, or only one width runs here at all.
-bool try_other_width(int status) {
-    return status != unpack_done && status != unpack_nothing && status != unpack_cannot_write &&
-           status != program_timed_out;
+std::string reason(const Attempt& attempt) {
+    if (!attempt) {
+        return "the unpacking program could not be started";
+    }
+    switch (attempt->how) {
+    case ProgramEnd::How::TimedOut:
+        return "the unpacking program did not end in time. No more files are unpacked now";
+    case ProgramEnd::How::Stopped:
+        return "the unpacking program was stopped";
+    default:
+        return status_reason(attempt->status);
+    }
 }
 
-bool says_why(int status) {
-    return status >= unpack_wrong_usage && status <= unpack_cannot_write;
+bool exited_with(const Attempt& attempt, int status) {
+    return attempt && attempt->how == ProgramEnd::How::Exited && attempt->status == status;
+}
+
+// Whether the other of the two programs may do what this one could not: the library may be code of
+// the other width, or only one width runs here at all.
+bool try_other_width(const Attempt& attempt) {
+    if (!attempt) {
+        return true;
+    }
+    return attempt->how == ProgramEnd::How::Exited && !exited_with(attempt, unpack_done) &&
+           !exited_with(attempt, unpack_nothing) && !exited_with(attempt, unpack_cannot_write);
+}
+
+bool says_why(const Attempt& attempt) {
+    return attempt && attempt->how == ProgramEnd::How::Exited &&
+           attempt->status >= unpack_wrong_usage && attempt->status <= unpack_cannot_write;
+}
+
+/// The unpacking of one file.
+struct Job {
+    Disk& disk;
+    const std::string& program_folder;
+    Unpacking& unpacking;
+    const std::string& path;
+    Words folders{};
+    Words programs{};
+    Words launcher{};
+    std::string unpacked{};
+};
+
+Words command_of(const Job& job, const std::string& program) {
+    Words command = job.launcher;
+    command.push_back(program);
+    for (const std::string& argument : {job.path, job.unpacked, job.program_folder}) {
+        command.push_back(windows_name(argument, job.unpacking.on_windows));
+    }
+    return command;
 }
 
 // Wine ends well even when it could not start a program of the other width.
-int run_one(Disk& disk, const Words& command, const std::string& unpacked,
-            const Unpacking& unpacking) {
-    const int status = unpacking.run(command);
-    return status == unpack_done && !disk.is_file(unpacked) ? program_not_started : status;
+Attempt run_one(const Job& job, const std::string& program) {
+    try {
+        const Unpacking& unpacking = job.unpacking;
+        const ProgramEnd end = unpacking.programs.run({command_of(job, program)},
+                                                      {{}, unpacking.limit, unpacking.keep_going});
+        return exited_with(end, unpack_done) && !job.disk.is_file(job.unpacked) ? Attempt() : end;
+    } catch (const RuntimeError&) {
+        return std::nullopt;
+    }
 }
 
-int run_programs(Disk& disk, const Words& programs, const Words& launcher, const Words& arguments,
-                 const std::string& unpacked, const Unpacking& unpacking) {
-    int result = program_not_started;
-    for (const std::string& program : programs) {
-        Words command = launcher;
-        command.push_back(program);
-        command.insert(command.end(), arguments.begin(), arguments.end());
-        const int status = run_one(disk, command, unpacked, unpacking);
-        if (!says_why(result) || !try_other_width(status)) {
-            result = status;
+Attempt run_programs(const Job& job) {
+    Attempt result;
+    for (const std::string& program : job.programs) {
+        const Attempt attempt = run_one(job, program);
+        if (!says_why(result) || !try_other_width(attempt)) {
+            result = attempt;
         }
-        if (!try_other_width(status)) {
+        if (!try_other_width(attempt)) {
             break;
         }
     }
     return result;
 }
 
+bool is_same_file(Disk& disk, const std::string& one, const std::string& other) {
+    const FileStamp a = disk.stamp(one);
+    const FileStamp b = disk.stamp(other);
+    const bool known = a.device != 0 || a.file != 0;
+    return known ? a.device == b.device && a.file == b.file
+                 : absolute_path(one) == absolute_path(other);
+}
+
+bool is_compressed(Disk& disk, const std::string& path) {
+    std::array<char, header_size> bytes{};
+    disk.open_for_reading(path)->read_at(0, bytes.data(), bytes.size());
+    const BglHeader header = decode_header({bytes.data(), bytes.size()});
+    return is_valid_bgl(header) && header.FL_spare2 != 0;
+}
+
+// The name under which a file is unpacked, which nothing has any more; empty when there is none. A
+// compressed file of such a name is the user's own, for what we unpack is never compressed.
+std::string free_name(Disk& disk, const std::string& program_folder, const std::string& path) {
+    for (const char* name : {"tmp.bgl", "tmp2.bgl"}) {
+        const std::string unpacked = join_path(program_folder, name);
+        if (!disk.is_file(unpacked)) {
+            return unpacked;
+        }
+        if (!is_same_file(disk, unpacked, path) && !is_compressed(disk, unpacked)) {
+            disk.remove(unpacked); // nothing of an earlier file may be listed as this one's
+            return unpacked;
+        }
+    }
+    return {};
+}
+
+// What keeps the file from being unpacked; empty when it was.
+std::string unpack(Job& job) {
+    job.unpacked = free_name(job.disk, job.program_folder, job.path);
+    if (job.unpacked.empty()) {
+        return "tmp.bgl and tmp2.bgl in the program folder are compressed files themselves (move "
+               "them elsewhere)";
+    }
+    const Attempt attempt = run_programs(job);
+    job.unpacking.timed_out = attempt && attempt->how == ProgramEnd::How::TimedOut;
+    job.unpacking.stopped = attempt && attempt->how == ProgramEnd::How::Stopped;
+    if (!exited_with(attempt, unpack_done)) {
+        return reason(attempt);
+    }
+    if (is_compressed(job.disk, job.unpacked)) {
+        job.disk.remove(job.unpacked);
+        return "the library sup.dll returned a file that is still compressed";
+    }
+    return {};
+}
+
+std::string unpack_or_say_why(Job& job) {
+    try {
+        return unpack(job);
+    } catch (const RuntimeError& error) {
+        return error.about() + " cannot be replaced (" + error.description() + ")";
+    }
+}
+
 } // namespace
 
-Unpacking system_unpacking(std::vector<std::string> folders) {
-    Unpacking unpacking;
-    unpacking.folders = std::move(folders);
-    if (const char* search_path = std::getenv("PATH")) {
-        unpacking.search_path = search_path;
-    }
-    return unpacking;
+void begin_command(Unpacking& unpacking) {
+    unpacking.hints_given.clear();
+    unpacking.timed_out = false;
+    unpacking.stopped = false;
 }
 
-std::string unpacked_path(const std::string& program_folder) {
-    return join_path(program_folder, "tmp.bgl");
-}
-
-bool decompress_bgl(const Services& services, const std::string& program_folder,
-                    Unpacking& unpacking, const std::string& path) {
-    const std::string unpacked = unpacked_path(program_folder);
-    if (services.disk.is_file(unpacked)) {
-        services.disk.remove(unpacked);
+std::optional<std::string> decompress_bgl(const Services& services,
+                                          const std::string& program_folder, Unpacking& unpacking,
+                                          const std::string& path) {
+    unpacking.stopped = unpacking.keep_going && !unpacking.keep_going();
+    if (unpacking.timed_out || unpacking.stopped) {
+        return std::nullopt;
     }
-    Words folders = unpacking.folders;
-    folders.insert(folders.begin(), program_folder);
-    const Words programs = unpacking_programs(services.disk, folders);
-    const Words launcher = find_launcher(services.disk, unpacking);
-    const std::string missing = what_is_missing(programs, launcher, program_folder);
+    Job job{services.disk, program_folder, unpacking, path};
+    job.folders = unpacking.folders;
+    job.folders.insert(job.folders.begin(), program_folder);
+    job.programs = unpacking_programs(services.disk, job.folders);
+    job.launcher = find_launcher(unpacking);
+    const std::string missing = what_is_missing(job.programs, job.launcher, job.folders);
     if (!missing.empty()) {
         hint(services, unpacking, "Compressed files cannot be unpacked: " + missing + ".");
-        return false;
+        return std::nullopt;
     }
-    const bool on_windows = unpacking.on_windows;
-    const Words arguments{windows_name(path, on_windows), windows_name(unpacked, on_windows),
-                          windows_name(program_folder, on_windows)};
-    const int status =
-        run_programs(services.disk, programs, launcher, arguments, unpacked, unpacking);
-    if (status != unpack_done) {
-        hint(services, unpacking, path + " was not unpacked: " + reason(status) + ".");
+    const std::string why_not = unpack_or_say_why(job);
+    if (!why_not.empty()) {
+        hint(services, unpacking, path + " was not unpacked: " + why_not + ".");
+        return std::nullopt;
     }
-    return status == unpack_done;
+    return job.unpacked;
 }
 
 } // namespace morvane

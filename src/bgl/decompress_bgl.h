@@ -1,9 +1,11 @@
 #pragma once
 
+#include "system/programs.h"
 #include "system/services.h"
-#include "system/unpack_process.h"
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,10 +13,12 @@
 namespace morvane {
 
 /// How compressed files are unpacked on this machine: by the program `bglunpack`, which calls the
-/// simulator's closed library in a process of its own, so that a fault in there stays there.
+/// simulator's closed library in a process of its own, so that a crash of the library ends only
+/// that process.
 struct Unpacking {
-    /// Where `bglunpack.exe` and `bglunpack64.exe` are looked for, besides the program folder.
-    std::vector<std::string> folders;
+    Programs& programs;
+    /// Where `bglunpack.exe` and `bglunpack64.exe` are looked for after the program folder.
+    std::vector<std::string> folders{};
     /// Whether Windows programs run here as they are; elsewhere they are started through wine.
     bool on_windows =
 #ifdef _WIN32
@@ -22,23 +26,27 @@ struct Unpacking {
 #else
         false;
 #endif
-    /// The folders of programs, as the environment names them, in which wine is looked for.
-    std::string search_path;
-    std::function<int(const std::vector<std::string>&)> run = run_program;
-    /// Hints already given by this command: a search would repeat them for every file.
-    std::set<std::string> hints_given;
+    /// How long one file may take.
+    std::chrono::milliseconds limit = std::chrono::minutes(2);
+    /// Asked before each unpacking, and about twenty times a second during it. Return false to
+    /// stop; `stopped` is then set.
+    std::function<bool()> keep_going{};
+
+    // What happened in the command that runs.
+    std::set<std::string> hints_given{}; // a search would repeat them for every file
+    bool timed_out = false;              // nothing more is unpacked then
+    bool stopped = false;
 };
 
-/// The unpacking of this machine, with the search path of its environment.
-Unpacking system_unpacking(std::vector<std::string> folders);
+/// Forgets what happened in the command before.
+void begin_command(Unpacking& unpacking);
 
-/// Unpacks the compressed file into "tmp.bgl" in the program folder. Gives false after a hint that
-/// says what is missing; then there is no "tmp.bgl", an older one neither.
-/// Throws RuntimeError when an older "tmp.bgl" cannot be removed.
-bool decompress_bgl(const Services& services, const std::string& program_folder,
-                    Unpacking& unpacking, const std::string& path);
-
-/// The name of the unpacked file.
-std::string unpacked_path(const std::string& program_folder);
+/// Unpacks a compressed file into the program folder. Returns the unpacked file: "tmp.bgl", or
+/// "tmp2.bgl" when a file named tmp.bgl is compressed itself or is the one to unpack. Either
+/// replaces what an earlier command unpacked. Returns std::nullopt, after a hint that says why,
+/// when the file could not be unpacked; what is in "tmp.bgl" then is not its contents.
+std::optional<std::string> decompress_bgl(const Services& services,
+                                          const std::string& program_folder, Unpacking& unpacking,
+                                          const std::string& path);
 
 } // namespace morvane

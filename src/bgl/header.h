@@ -1,8 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 namespace morvane {
 
@@ -44,7 +44,7 @@ struct BglHeader {
     bool operator==(const BglHeader&) const = default;
 };
 
-/// The record behind the header of files of the new format. All zero where there is none.
+/// The record after the header of files of the new format. All zero where there is none.
 struct HeaderExtension {
     std::int32_t guid_1 = 0;
     std::int32_t guid_2 = 0;
@@ -61,7 +61,7 @@ struct HeaderExtension {
 };
 
 /// Calls `visit(offset, name, field)` for every field of a header, in the order of the file.
-/// Reading, dumping and exporting all go by this one table.
+/// Reading, dumping and exporting all use this one table.
 template <typename Header, typename Visit>
 void for_each_field(Header& header, const Visit& visit) requires requires {
     header.FL_world_set;
@@ -121,15 +121,5 @@ void for_each_field(Extension& extension, const Visit& visit) requires requires 
     visit(160, "facility2_band_list", extension.facility2_band_list);
     visit(164, "facility2_data", extension.facility2_data);
 }
-
-/// Reads a header from the first `header_size` bytes of a file, which must all be there.
-BglHeader decode_header(std::string_view bytes);
-
-/// Reads an extension from the `extension_size` bytes behind the header.
-HeaderExtension decode_extension(std::string_view bytes);
-
-/// Whether `FL_world_set` is 1, 3 or 4. A 2 makes a file invalid although the report has a line
-/// for that kind; this is intended.
-bool is_valid_bgl(const BglHeader& header);
 
 } // namespace morvane

@@ -2,8 +2,7 @@
 
 #include "base/errors.h"
 #include "base/reporter.h"
-#include "bgl/header_report.h"
-#include "bgl/object_lines.h"
+#include "bgl/report.h"
 #include "system/disk.h"
 
 #include <algorithm>
@@ -31,37 +30,58 @@ void note_nothing_to_analyse(const Services& services, const std::string& path) 
 void report_file(Inspector& inspector, const std::string& path, bool show_raw, Analysis& analysis) {
     InvalidFileList invalid_files(inspector.services.disk, inspector.program_folder);
     OpenedBgl bgl = open_bgl(inspector.services.disk, path, invalid_files);
-    analysis.handle = bgl.handle;
+    analysis.state = bgl.state;
     analysis.header = bgl.header;
     analysis.extension = bgl.extension;
-    if (bgl.handle == not_a_bgl_name) {
+    if (bgl.state == BglState::NotABgl) {
         note_nothing_to_analyse(inspector.services, path);
         return;
     }
-    if (bgl.handle == invalid_bgl) {
+    if (bgl.state == BglState::Invalid) {
         inspector.box.out_line("This file has not a valid BGL format");
         dump_raw_header(inspector.box, bgl.header, bgl.extension);
         return;
     }
     report_header(inspector.box, bgl.header, bgl.extension, show_raw);
     if (bgl.header.FL_library_ptr != 0) {
-        list_any_objects(inspector, path, bgl, invalid_files, analysis.objects);
+        analysis.objects = list_any_objects(inspector, path, bgl, invalid_files).objects;
         report_objects(inspector.box, analysis.objects);
     }
     inspector.box.write_results();
     analysis.done = true;
 }
 
+// The unpacked file cannot make the compressed one invalid: that only its own header can.
+Listing list_unpacked(Inspector& inspector, const std::string& path, const std::string& unpacked,
+                      InvalidFileList& invalid_files) {
+    try {
+        return list_library(inspector.services.disk, unpacked, invalid_files);
+    } catch (const RuntimeError& error) {
+        if (error.code() == ErrorNumber::SubscriptOutOfRange) {
+            throw;
+        }
+        inspector.services.reporter.note({path + " was unpacked, but " + unpacked +
+                                          " cannot be read (" + error.description() + ")."});
+        return {Listing::State::Compressed};
+    }
+}
+
 } // namespace
 
-Inspector::Inspector(Services the_services, std::string the_program_folder,
-                     std::vector<std::string> unpack_folders)
+Inspector::Inspector(Services the_services, std::string the_program_folder, Programs& programs,
+                     std::vector<std::string> helper_folders)
     : services(the_services), program_folder(std::move(the_program_folder)),
-      box(services, program_folder), unpacking(system_unpacking(std::move(unpack_folders))) {}
+      box(services, program_folder), unpacking{programs, std::move(helper_folders)} {}
 
 Analysis analyse_file(Inspector& inspector, const std::string& path, bool show_raw,
                       bool auto_clear) {
-    inspector.unpacking.hints_given.clear();
+    begin_command(inspector.unpacking);
+    inspector.unpacking.keep_going = [&reporter = inspector.services.reporter,
+                                      begun = std::chrono::steady_clock::now()] {
+        const auto passed = std::chrono::steady_clock::now() - begun;
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(passed).count();
+        return reporter.progress("Unpacking, seconds", static_cast<std::size_t>(seconds), 0);
+    };
     inspector.box.begin_command(auto_clear);
     Analysis analysis;
     try {
@@ -70,21 +90,20 @@ Analysis analyse_file(Inspector& inspector, const std::string& path, bool show_r
     } catch (const RuntimeError& error) {
         report_error(inspector.services.reporter, error, "Error while analysing: ", " : ");
     }
+    inspector.unpacking.keep_going = {};
     return analysis;
 }
 
-int list_any_objects(Inspector& inspector, const std::string& path, OpenedBgl& bgl,
-                     InvalidFileList& invalid_files, std::vector<LibraryObject>& entries) {
-    const int count = list_objects(path, bgl, entries);
-    if (count != compressed_library) {
-        return count;
+Listing list_any_objects(Inspector& inspector, const std::string& path, OpenedBgl& bgl,
+                         InvalidFileList& invalid_files) {
+    Listing listing = list_objects(path, bgl);
+    if (listing.state != Listing::State::Compressed) {
+        return listing;
     }
     bgl.file.reset();
-    if (!decompress_bgl(inspector.services, inspector.program_folder, inspector.unpacking, path)) {
-        return compressed_library;
-    }
-    return list_library(inspector.services.disk, unpacked_path(inspector.program_folder),
-                        invalid_files, entries);
+    const auto unpacked =
+        decompress_bgl(inspector.services, inspector.program_folder, inspector.unpacking, path);
+    return unpacked ? list_unpacked(inspector, path, *unpacked, invalid_files) : listing;
 }
 
 } // namespace morvane

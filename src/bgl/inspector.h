@@ -14,9 +14,9 @@ namespace morvane {
 /// What the library browser's commands share: the report, the scratch files' folder and the way to
 /// read compressed files.
 struct Inspector {
-    /// `unpack_folders` are searched for the unpacking program after the program folder.
-    Inspector(Services services, std::string program_folder,
-              std::vector<std::string> unpack_folders = {});
+    /// `helper_folders` are searched for the unpacking program after the program folder.
+    Inspector(Services services, std::string program_folder, Programs& programs,
+              std::vector<std::string> helper_folders = {});
 
     Services services;
     std::string program_folder;
@@ -26,11 +26,11 @@ struct Inspector {
 
 /// What an analysis found out, besides the report in the box.
 struct Analysis {
-    bool done = false;           // the file is a BGL file and its report is complete
-    int handle = not_a_bgl_name; // as open_bgl gives it
-    BglHeader header;
-    HeaderExtension extension; // all zero when `header.FL_magic` is 0
-    std::vector<LibraryObject> objects;
+    bool done = false; // the file is a BGL file and its report is complete
+    BglState state = BglState::NotABgl;
+    BglHeader header{};
+    HeaderExtension extension{}; // all zero when `header.FL_magic` is 0
+    std::vector<LibraryObject> objects{};
 };
 
 /// Command "Analyse Selected file": writes the report of one file into the box and, for a valid
@@ -38,9 +38,10 @@ struct Analysis {
 Analysis analyse_file(Inspector& inspector, const std::string& path, bool show_raw,
                       bool auto_clear);
 
-/// list_objects for an opened file with library data; a compressed one is unpacked first. Gives
-/// `compressed_library` or `not_a_bgl_name` when it could not be unpacked.
-int list_any_objects(Inspector& inspector, const std::string& path, OpenedBgl& bgl,
-                     InvalidFileList& invalid_files, std::vector<LibraryObject>& entries);
+/// list_objects for an opened file with library data; a compressed one is closed and unpacked
+/// first. `Listing::State::Compressed` means that it could not be unpacked. Throws RuntimeError
+/// when the file cannot be read or has too many objects.
+Listing list_any_objects(Inspector& inspector, const std::string& path, OpenedBgl& bgl,
+                         InvalidFileList& invalid_files);
 
 } // namespace morvane

@@ -11,7 +11,7 @@ namespace morvane {
 
 namespace {
 
-/// A place in a file up to which it was read. It may lie outside the file: there all is zeros.
+/// The place up to which a file was read. It may be outside the file, where all bytes are zero.
 struct ReadPosition {
     ReadableFile& file;
     std::int64_t offset;
@@ -36,8 +36,8 @@ void skip_bytes(ReadPosition& at, std::int64_t count) {
     at.offset += std::max<std::int64_t>(count, 0);
 }
 
-// How many index entries to read at once: all that lie before the first object record, so that
-// nothing behind the index is read in vain, but never more than the buffer holds.
+// How many index entries to read at once: all that come before the first object record, so that
+// nothing after the index is read for nothing, but never more than the buffer holds.
 std::size_t entries_at_once(const std::vector<std::int32_t>& offsets, std::size_t buffered) {
     const auto known = static_cast<std::int64_t>(offsets.size());
     const std::int64_t before_records =
@@ -82,7 +82,7 @@ LibraryObject decode_object(std::string_view record) {
     return object;
 }
 
-// Reads a name of `length` bytes, keeps what fits, and stands behind the whole of it afterwards.
+// Reads a name of `length` bytes and keeps what fits; the position is then after the whole name.
 std::string read_name(ReadPosition& at, std::int64_t length) {
     std::string name(object_name_size, '\0');
     const auto kept = static_cast<std::size_t>(
@@ -106,40 +106,38 @@ LibraryObject read_object(ReadPosition& at) {
 
 } // namespace
 
-int read_library_objects(ReadableFile& file, const BglHeader& header,
-                         std::vector<LibraryObject>& entries) {
-    entries.clear();
+Listing read_library_objects(ReadableFile& file, const BglHeader& header) {
     if (header.FL_library_ptr == 0) {
-        return no_library_data;
+        return {Listing::State::NoLibrary};
     }
     if (header.FL_spare2 != 0) {
-        return compressed_library;
+        return {Listing::State::Compressed};
     }
     const std::vector<std::int32_t> offsets = read_index({file, header.FL_library_ptr});
     if (offsets.size() > max_library_objects) {
         throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
                            "more than " + std::to_string(max_library_objects) + " library objects");
     }
+    Listing listing{Listing::State::Listed};
     if (offsets.empty()) {
-        return 0;
+        return listing;
     }
-    // Records are read one after another: an index offset says how far the next one lies behind,
-    // and one that leads back is not followed.
+    // Records are read one after another: an index offset says how far it is to the next one, and
+    // one that leads back is not followed.
     ReadPosition at{file, std::int64_t{header.FL_library_ptr} + offsets[0]};
     for (std::size_t i = 0; i < offsets.size(); ++i) {
-        entries.push_back(read_object(at));
+        listing.objects.push_back(read_object(at));
         if (i + 1 < offsets.size()) {
-            skip_bytes(at,
-                       std::int64_t{offsets[i + 1]} - offsets[i] - entries.back().record_length);
+            skip_bytes(at, std::int64_t{offsets[i + 1]} - offsets[i] -
+                               listing.objects.back().record_length);
         }
     }
-    return static_cast<int>(entries.size());
+    return listing;
 }
 
-int list_objects(const std::string& path, const OpenedBgl& bgl,
-                 std::vector<LibraryObject>& entries) {
+Listing list_objects(const std::string& path, const OpenedBgl& bgl) {
     try {
-        return read_library_objects(*bgl.file, bgl.header, entries);
+        return read_library_objects(*bgl.file, bgl.header);
     } catch (const RuntimeError& error) {
         if (error.code() != ErrorNumber::SubscriptOutOfRange) {
             throw;
@@ -148,11 +146,16 @@ int list_objects(const std::string& path, const OpenedBgl& bgl,
     }
 }
 
-int list_library(Disk& disk, const std::string& path, InvalidFileList& invalid_files,
-                 std::vector<LibraryObject>& entries) {
-    entries.clear();
+Listing list_library(Disk& disk, const std::string& path, InvalidFileList& invalid_files) {
     const OpenedBgl bgl = open_bgl(disk, path, invalid_files);
-    return bgl.file ? list_objects(path, bgl, entries) : bgl.handle;
+    switch (bgl.state) {
+    case BglState::Valid:
+        return list_objects(path, bgl);
+    case BglState::Invalid:
+        return {Listing::State::Invalid};
+    default:
+        return {Listing::State::NotABgl};
+    }
 }
 
 } // namespace morvane

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/guid128.h"
-#include "bgl/open_bgl.h"
+#include "bgl/bgl_file.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -32,22 +32,24 @@ struct LibraryObject {
     bool operator==(const LibraryObject&) const = default;
 };
 
-/// Reads the objects of an open file in the order of its index, replacing `entries`, of which
-/// number 1 is the first element. Gives their number, `no_library_data` or `compressed_library`.
+/// What is known of the objects of a file.
+struct Listing {
+    enum class State { NotABgl, Invalid, NoLibrary, Compressed, Listed };
+    State state = State::NotABgl;
+    std::vector<LibraryObject> objects{}; // in the order of the file's index
+};
+
+/// Reads the objects of an open file.
 ///
-/// Nothing the file says is trusted: what lies outside it reads as zeros, and no more is read than
-/// index, records and what is kept of the names. Throws SubscriptOutOfRange for more than
+/// Nothing the file says is trusted: what is outside it reads as zeros, and no more is read than
+/// index, records and the kept part of each name. Throws SubscriptOutOfRange for more than
 /// `max_library_objects`, saying how many.
-int read_library_objects(ReadableFile& file, const BglHeader& header,
-                         std::vector<LibraryObject>& entries);
+Listing read_library_objects(ReadableFile& file, const BglHeader& header);
 
 /// read_library_objects for a file that open_bgl opened; the range error names the file.
-int list_objects(const std::string& path, const OpenedBgl& bgl,
-                 std::vector<LibraryObject>& entries);
+Listing list_objects(const std::string& path, const OpenedBgl& bgl);
 
-/// open_bgl and list_objects; gives also `not_a_bgl_name` and `invalid_bgl`. Throws
-/// RuntimeError when a file that is there cannot be read.
-int list_library(Disk& disk, const std::string& path, InvalidFileList& invalid_files,
-                 std::vector<LibraryObject>& entries);
+/// open_bgl and list_objects. Throws RuntimeError when a file that is there cannot be read.
+Listing list_library(Disk& disk, const std::string& path, InvalidFileList& invalid_files);
 
 } // namespace morvane

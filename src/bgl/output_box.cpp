@@ -54,7 +54,7 @@ void OutputBox::clear() {
     }
 }
 
-// The box is written as one record, which has a line end of its own behind that of its last line.
+// The box is written as one record, which has a line end of its own after that of its last line.
 void OutputBox::write_text(bool append) {
     if (!append) {
         replace_file(services_.disk, path_, [&](TextWriter& out) { out.line(text_); });

@@ -3,20 +3,22 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/reporter.h"
-#include "bgl/object_lines.h"
+#include "bgl/report.h"
 #include "system/disk.h"
 
 namespace morvane {
 
 namespace {
 
+constexpr const char* searching = "Searching folders"; // as the progress is called
+
 struct Search {
     Inspector& inspector;
     const LibraryFound& found;
     InvalidFileList invalid_files;
     SearchStatistics statistics;
-    std::vector<LibraryObject> entries; // of the file looked at
-    std::size_t steps = 0;              // folders and files, for the pace of the progress
+    std::size_t steps = 0;  // folders and files, for the pace of the progress
+    std::size_t folder = 0; // the one that is searched
 };
 
 // Whether the user still wants the search. Asked at every step, but a reporter may need longer for
@@ -27,19 +29,19 @@ bool still_wanted(const Services& services, std::size_t step, const char* what, 
     return step % pace != 0 || services.reporter.progress(what, done, total);
 }
 
-int list_file(Search& search, const std::string& path) {
+Listing list_file(Search& search, const std::string& path) {
     OpenedBgl bgl = open_bgl(search.inspector.services.disk, path, search.invalid_files);
-    if (!bgl.file) {
-        return bgl.handle;
+    if (bgl.state != BglState::Valid) {
+        return {bgl.state == BglState::Invalid ? Listing::State::Invalid : Listing::State::NotABgl};
     }
     if (bgl.header.FL_library_ptr != 0 && bgl.header.FL_spare2 != 0) {
         ++search.statistics.compressed_files;
     }
-    return list_any_objects(search.inspector, path, bgl, search.invalid_files, search.entries);
+    return list_any_objects(search.inspector, path, bgl, search.invalid_files);
 }
 
 // One file that cannot be read does not end a search.
-int list_or_record(Search& search, const std::string& path) {
+Listing list_or_record(Search& search, const std::string& path) {
     try {
         return list_file(search, path);
     } catch (const RuntimeError& error) {
@@ -47,45 +49,50 @@ int list_or_record(Search& search, const std::string& path) {
             throw;
         }
         search.invalid_files.add(path);
-        return invalid_bgl;
+        return {Listing::State::Invalid};
     }
 }
 
-void report_library(Search& search, const std::string& path) {
+void report_library(Search& search, const std::string& path,
+                    const std::vector<LibraryObject>& objects) {
     OutputBox& box = search.inspector.box;
     ++search.statistics.library_files;
-    search.statistics.library_objects += static_cast<std::int32_t>(search.entries.size());
-    box.out_line(path + " :" + std::to_string(search.entries.size()));
-    for (const LibraryObject& object : search.entries) {
+    search.statistics.library_objects += static_cast<std::int32_t>(objects.size());
+    box.out_line(path + " :" + std::to_string(objects.size()));
+    for (const LibraryObject& object : objects) {
         box.out_line(search_line(object));
     }
     if (search.found) {
-        search.found(path, search.entries);
+        search.found(path, objects);
     }
 }
 
 void search_file(Search& search, const std::string& path) {
-    const int count = list_or_record(search, path);
-    if (count == invalid_bgl) {
+    const Listing listing = list_or_record(search, path);
+    if (listing.state == Listing::State::Invalid) {
         ++search.statistics.invalid_files;
-    } else if (count == no_library_data) {
+    } else if (listing.state == Listing::State::NoLibrary) {
         ++search.statistics.object_files;
-    } else if (count > 0) {
-        report_library(search, path);
+    } else if (!listing.objects.empty()) {
+        report_library(search, path, listing.objects);
     }
 }
 
-// Gives false when the user stopped the search.
+// Returns false when the user stopped the search.
 bool search_files(Search& search, const std::vector<FoundFolder>& folder_list, std::size_t i) {
     const FoundFolder& folder = folder_list[i];
+    search.folder = i;
     const Services& services = search.inspector.services;
     search.statistics.total_files += folder.files;
     search.statistics.bgl_files += static_cast<std::int32_t>(folder.bgl_files.size());
     for (const std::string& name : folder.bgl_files) {
-        if (!still_wanted(services, search.steps++, "Searching folders", i, folder_list.size())) {
+        if (!still_wanted(services, search.steps++, searching, i, folder_list.size())) {
             return false;
         }
         search_file(search, join_path(folder.path, name));
+        if (search.inspector.unpacking.stopped) {
+            return false;
+        }
     }
     return true;
 }
@@ -98,7 +105,7 @@ void note_unreadable(Reporter& reporter, const std::vector<std::string>& unreada
     }
 }
 
-// The folder searched stands behind all those below it.
+// The folder searched comes after all those below it.
 FolderWalk all_folders(const Services& services, const std::string& folder) {
     if (!services.disk.is_folder(folder)) {
         throw RuntimeError(ErrorNumber::PathNotFound, folder + " is no folder");
@@ -120,6 +127,9 @@ bool search_tree(Search& search, const std::string& folder) {
     const FolderWalk walk = all_folders(services, folder);
     const std::size_t folders = walk.folder_list.size();
     search.statistics.folders = static_cast<std::int32_t>(folders);
+    search.inspector.unpacking.keep_going = [&services, &search, folders] {
+        return services.reporter.progress(searching, search.folder, folders);
+    };
     for (std::size_t i = 0; i < folders && !walk.stopped; ++i) {
         if (!search_files(search, walk.folder_list, i)) {
             return false;
@@ -132,9 +142,9 @@ bool search_tree(Search& search, const std::string& folder) {
 
 SearchResult search_folder(Inspector& inspector, const std::string& folder, bool auto_clear,
                            const LibraryFound& found) {
-    inspector.unpacking.hints_given.clear();
+    begin_command(inspector.unpacking);
     inspector.box.begin_command(auto_clear);
-    Search search{inspector, found, {inspector.services.disk, inspector.program_folder}, {}, {}};
+    Search search{inspector, found, {inspector.services.disk, inspector.program_folder}, {}};
     SearchResult result;
     try {
         result.done = search_tree(search, folder);
@@ -147,6 +157,7 @@ SearchResult search_folder(Inspector& inspector, const std::string& folder, bool
         result.done = false;
         report_error(inspector.services.reporter, error, "Error while searching: ", " : ");
     }
+    inspector.unpacking.keep_going = {};
     result.statistics = search.statistics;
     return result;
 }
@@ -156,7 +167,7 @@ void print_search_summary(OutputBox& box, const SearchStatistics& statistics) {
         box.out_line(label + std::to_string(number));
     };
     box.out_line("==============================");
-    // The number of BGL files stands under both labels; this is intended.
+    // The number of BGL files is printed under both labels; this is intended.
     counter("Directories searched : ", statistics.bgl_files);
     counter("Total files found....: ", statistics.total_files);
     counter("BGL files scanned....: ", statistics.bgl_files);

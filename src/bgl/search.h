@@ -51,7 +51,7 @@ struct FolderWalk {
 };
 
 /// Appends every folder below `path` to the list: all direct subfolders in byte order, then those
-/// below each of them in turn. Gives what lies in `path` itself. Links are not followed, and a
+/// below each of them in turn. Returns what is in `path` itself. Links are not followed, and a
 /// folder that cannot be read counts as empty.
 /// Throws SubscriptOutOfRange, naming the folder, beyond `max_direct_subfolders` in one folder or
 /// `max_folders` in all.

@@ -3,8 +3,8 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/reporter.h"
+#include "bgl/bgl_file.h"
 #include "bgl/little_endian.h"
-#include "bgl/open_bgl.h"
 #include "system/disk.h"
 #include "system/file_bytes.h"
 #include "system/replace_files.h"
@@ -26,8 +26,8 @@ std::string existing_backup(Disk& disk, const std::string& file) {
     return {};
 }
 
-// `FL_world_set` and the bounds of a file whose objects can be placed anywhere: from the north
-// bound behind one pole to the south bound behind the other, and once around.
+// `FL_world_set` and the bounds of a file whose objects can be placed anywhere: from a
+// north bound beyond one pole to a south bound beyond the other, and once around.
 std::string universal_header_start() {
     std::string bytes;
     append_little_endian<std::int16_t>(bytes, 1);
@@ -46,7 +46,7 @@ void widen_bounds(Disk& disk, const std::string& path, const std::string& backup
     });
 }
 
-// A copy left behind would mark the file as modified, which it is not.
+// A leftover copy would mark the file as modified, which it is not.
 void widen_or_undo(Disk& disk, const std::string& path, const std::string& backup) {
     try {
         widen_bounds(disk, path, backup);
@@ -78,7 +78,7 @@ bool may_modify(const Services& services, const std::string& path,
         Icon::Exclamation);
 }
 
-// The file that a selected name stands for: itself, or what a selected copy is a copy of. Empty
+// The file that a selected name means: itself, or what a selected copy is a copy of. Empty
 // for any other name.
 std::string file_to_revert(const std::string& path) {
     const std::string extension = extension_part(path);
@@ -93,7 +93,7 @@ std::string file_to_revert(const std::string& path) {
 bool is_library_file(Disk& disk, const std::string& path, const std::string& program_folder) {
     InvalidFileList invalid_files(disk, program_folder);
     const OpenedBgl bgl = open_bgl(disk, path, invalid_files);
-    return bgl.file != nullptr && bgl.header.FL_library_ptr != 0;
+    return bgl.state == BglState::Valid && bgl.header.FL_library_ptr != 0;
 }
 
 bool make_universal(const Services& services, const std::string& path,

@@ -1,7 +1,7 @@
 #include "cli/bgl_json.h"
 
-#include "bgl/header_report.h"
-#include "bgl/object_lines.h"
+#include "bgl/bgl_file.h"
+#include "bgl/report.h"
 
 namespace morvane::cli {
 
@@ -52,7 +52,7 @@ Json object_json(const std::string& path, const LibraryObject& object) {
 
 Json analysis_json(const std::string& path, const Analysis& analysis) {
     Json document{{"file", json_path(path)}, {"valid", is_valid_bgl(analysis.header)}};
-    if (analysis.handle == not_a_bgl_name) {
+    if (analysis.state == BglState::NotABgl) {
         return document;
     }
     document["header"] = header_json(analysis.header);

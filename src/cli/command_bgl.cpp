@@ -10,10 +10,8 @@ namespace morvane::cli {
 
 namespace {
 
-Inspector make_inspector(Cli& cli) {
-    return {cli.services(),
-            cli.program_folder(),
-            {executable_folder(), executable_folder() + "/../lib/morvane"}};
+Inspector make_inspector(Cli& cli, Programs& programs) {
+    return {cli.services(), cli.program_folder(), programs, helper_folders(executable_folder())};
 }
 
 void print_with_plain_line_ends(std::string_view text) {
@@ -49,12 +47,13 @@ int finish(Cli& cli, Json document, bool succeeded) {
 }
 
 int run_analyse(Cli& cli, const std::string& path, bool show_header) {
-    Inspector inspector = make_inspector(cli);
+    const auto programs = make_system_programs();
+    Inspector inspector = make_inspector(cli, *programs);
     if (!cli.json) {
         print_report(cli, inspector.box);
     }
     const Analysis analysis = analyse_file(inspector, path, show_header, true);
-    if (analysis.handle == invalid_bgl) {
+    if (analysis.state == BglState::Invalid) {
         cli.reporter.note({path + " is no valid BGL file: FL_world_set is " +
                            std::to_string(analysis.header.FL_world_set) + ", not 1, 3 or 4."});
     }
@@ -62,7 +61,8 @@ int run_analyse(Cli& cli, const std::string& path, bool show_header) {
 }
 
 int run_search(Cli& cli, const std::string& folder) {
-    Inspector inspector = make_inspector(cli);
+    const auto programs = make_system_programs();
+    Inspector inspector = make_inspector(cli, *programs);
     Json objects = Json::array();
     LibraryFound found;
     if (cli.json) {

@@ -54,9 +54,9 @@ int run_restore(Cli& cli, const Bases& bases) {
 
 int run_compiler(Cli& cli, const std::string& base) {
     cli.reporter.print_notes_at_once();
-    const auto launcher = make_system_launcher();
+    const auto programs = make_system_programs();
     std::string kept;
-    const Outcome outcome = run_compile(cli.services(), *launcher, {base, cli.program_folder()},
+    const Outcome outcome = run_compile(cli.services(), *programs, {base, cli.program_folder()},
                                         [&](std::string_view text) {
                                             if (cli.json) {
                                                 kept += text;

@@ -1,5 +1,6 @@
 #include "base/errors.h"
 #include "base/paths.h"
+#include "system/descriptor_posix.h"
 #include "system/disk.h"
 
 #include <algorithm>
@@ -58,29 +59,6 @@ ErrorNumber error_number(int code) {
     }
     fail(code, path);
 }
-
-class Descriptor {
-  public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    Descriptor(Descriptor&& other) noexcept : fd_(other.release()) {}
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor() {
-        if (fd_ >= 0) {
-            ::close(fd_);
-        }
-    }
-    int get() const { return fd_; }
-    int release() {
-        const int fd = fd_;
-        fd_ = -1;
-        return fd;
-    }
-
-  private:
-    int fd_;
-};
 
 // What is made of a large file goes into memory that was never touched: pages of 2 MiB save the
 // time of thousands of page faults. Where the system does not take the advice, nothing is lost.

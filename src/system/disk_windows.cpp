@@ -2,6 +2,7 @@
 #include "base/paths.h"
 #include "base/wide_text.h"
 #include "system/disk.h"
+#include "system/handle_windows.h"
 
 #include <aclapi.h>
 #include <algorithm>
@@ -68,30 +69,6 @@ std::wstring system_name(const std::string& path) {
     full.resize(GetFullPathNameW(name.c_str(), needed, full.data(), nullptr));
     return full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
 }
-
-class Handle {
-  public:
-    explicit Handle(HANDLE handle) : handle_(handle) {}
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    Handle(Handle&& other) noexcept : handle_(other.release()) {}
-    Handle& operator=(Handle&&) = delete;
-    ~Handle() {
-        if (valid()) {
-            CloseHandle(handle_);
-        }
-    }
-    HANDLE get() const { return handle_; }
-    bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE release() {
-        HANDLE handle = handle_;
-        handle_ = INVALID_HANDLE_VALUE;
-        return handle;
-    }
-
-  private:
-    HANDLE handle_;
-};
 
 constexpr DWORD share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 

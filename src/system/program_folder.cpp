@@ -24,13 +24,29 @@ std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choic
     if (!choices.environment.empty()) {
         return created(disk, choices.environment);
     }
-    if (!choices.executable_folder.empty() && disk.is_writable_folder(choices.executable_folder)) {
+    if (!choices.executable_folder.empty() && !is_system_folder(choices.executable_folder) &&
+        disk.is_writable_folder(choices.executable_folder)) {
         return choices.executable_folder;
     }
     if (choices.user_data_folder.empty()) {
         throw RuntimeError(ErrorNumber::PathNotFound, "no folder for the program's own files");
     }
     return created(disk, choices.user_data_folder);
+}
+
+bool is_system_folder(const std::string& folder) {
+    for (const std::string system :
+         {"/usr", "/bin", "/sbin", "/lib", "/lib32", "/lib64", "/opt", "/etc", "/var", "/snap"}) {
+        if (folder == system || folder.starts_with(system + "/")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> helper_folders(const std::string& executable_folder) {
+    return {executable_folder,
+            join_path(join_path(join_path(executable_folder, ".."), "lib"), "morvane")};
 }
 
 std::string user_data_folder(const std::string& data_home, const std::string& home) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace morvane {
 
@@ -10,17 +11,27 @@ class Disk;
 struct ProgramFolderChoices {
     std::string option;            // given on the command line
     std::string environment;       // MORVANE_HOME
-    std::string executable_folder; // taken only when it can be written to
+    std::string executable_folder; // only if it can be written to and is not the system's
     std::string user_data_folder;  // the user's own data folder for the program
 };
 
-/// The first of the choices that is there to be taken. A folder that was asked for, or the user's
-/// own, is created when it is missing. Throws RuntimeError when that fails, PathNotFound when there
+/// The first of the choices that can be used. A folder that was asked for, or the user's own, is
+/// created when it is missing. Throws RuntimeError when that fails, PathNotFound when there
 /// is no choice left.
 std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choices);
 
 /// The user's own data folder for the program: "morvane" in `data_home` (XDG_DATA_HOME, only if it
 /// is absolute), else in ".local/share" of `home`; empty when neither is known.
 std::string user_data_folder(const std::string& data_home, const std::string& home);
+
+/// Whether a folder belongs to the system (`/usr`, `/bin`, `/opt` and others, with all below): even
+/// root, who may write there, has no settings in it. Never on Windows, where a program keeps its
+/// settings beside itself.
+bool is_system_folder(const std::string& folder);
+
+/// Where the helper programs that come with this one are looked for, given the folder of the
+/// running program: in that folder (as installed on Windows), then in `lib/morvane` beside it (as
+/// installed elsewhere, and as built).
+std::vector<std::string> helper_folders(const std::string& executable_folder);
 
 } // namespace morvane

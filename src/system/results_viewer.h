@@ -1,6 +1,6 @@
 #pragma once
 
-#include "system/launch.h"
+#include "system/programs.h"
 
 #include <memory>
 #include <string>
@@ -22,7 +22,8 @@ class ResultsViewer {
     virtual void follow(const std::string& path, std::unique_ptr<RunningProgram> program) = 0;
 };
 
-/// The system's own: Notepad on Windows; null where the window has to bring one along.
-std::unique_ptr<ResultsViewer> make_system_viewer();
+/// The system's own viewer: Notepad on Windows, null elsewhere. `programs` starts it and must
+/// outlive it.
+std::unique_ptr<ResultsViewer> make_system_viewer(Programs& programs);
 
 } // namespace morvane

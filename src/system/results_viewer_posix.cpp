@@ -2,7 +2,7 @@
 
 namespace morvane {
 
-std::unique_ptr<ResultsViewer> make_system_viewer() {
+std::unique_ptr<ResultsViewer> make_system_viewer(Programs& /*programs*/) {
     return nullptr;
 }
 

@@ -1,8 +1,6 @@
-#include "base/errors.h"
 #include "base/paths.h"
 #include "base/wide_text.h"
 #include "system/results_viewer.h"
-#include "system/windows_command_line.h"
 
 #include <algorithm>
 #include <windows.h>
@@ -24,22 +22,6 @@ std::string with_backslashes(std::string path) {
     return path;
 }
 
-void start_notepad(const std::string& path) {
-    const std::string program = notepad_program();
-    std::wstring line = wide_text(windows_program_line({{program, with_backslashes(path)}}));
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESHOWWINDOW;
-    startup.wShowWindow = SW_SHOWNORMAL;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(wide_text(program).c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                       nullptr, &startup, &process) == 0) {
-        throw RuntimeError(ErrorNumber::FileNotFound, program);
-    }
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-}
-
 void activate(HWND window) {
     if (IsIconic(window) != 0) {
         ShowWindow(window, SW_RESTORE);
@@ -49,26 +31,35 @@ void activate(HWND window) {
 
 class Notepad final : public ResultsViewer {
   public:
+    explicit Notepad(Programs& programs) : programs_(programs) {}
+
     // The title is all there is to know a window by: it names the file without its folder.
     void show_file(const std::string& path) override {
         const std::string title = file_name_part(path) + " - Notepad";
         if (HWND window = FindWindowExA(nullptr, nullptr, nullptr, title.c_str())) {
             activate(window);
         } else {
-            start_notepad(path);
+            open(path);
         }
     }
 
     // At once: what Notepad shows is what has been written by then.
     void follow(const std::string& path, std::unique_ptr<RunningProgram> /*program*/) override {
-        start_notepad(path);
+        open(path);
     }
+
+  private:
+    void open(const std::string& path) {
+        programs_.start({{notepad_program(), with_backslashes(path)}}, {});
+    }
+
+    Programs& programs_;
 };
 
 } // namespace
 
-std::unique_ptr<ResultsViewer> make_system_viewer() {
-    return std::make_unique<Notepad>();
+std::unique_ptr<ResultsViewer> make_system_viewer(Programs& programs) {
+    return std::make_unique<Notepad>(programs);
 }
 
 } // namespace morvane

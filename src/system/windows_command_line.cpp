@@ -3,10 +3,13 @@
 #include "base/paths.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace morvane {
 
 namespace {
+
+enum class Reader { Program, Interpreter };
 
 bool is_plain(char c) {
     constexpr std::string_view others = "\\/:._-+";
@@ -14,63 +17,45 @@ bool is_plain(char c) {
            others.find(c) != std::string_view::npos;
 }
 
-// Inside quotes only "%" still acts; a caret outside of them stops it from naming a variable. A
-// quote cannot be part of a name on Windows, and is left out.
-std::string quoted(std::string_view text) {
+// A program counts backslashes double before a quote and nowhere else. The interpreter knows no
+// quoted quotes, and inside quotes "%" still acts: a caret outside of them stops it from naming a
+// variable.
+std::string quoted(std::string_view text, Reader reader) {
     if (!text.empty() && std::all_of(text.begin(), text.end(), is_plain)) {
         return std::string(text);
     }
-    std::string result = "\"";
-    for (const char c : text) {
-        if (c == '%') {
-            result += "\"^%\"";
-        } else if (c != '"') {
-            result += c;
-        }
-    }
-    return result + "\"";
-}
-
-// Backslashes count double before a quote and nowhere else.
-std::string program_argument(std::string_view text) {
+    const bool by_program = reader == Reader::Program;
     std::string result = "\"";
     std::size_t backslashes = 0;
     for (const char c : text) {
-        if (c == '"') {
-            result.append(backslashes + 1, '\\');
+        if (c == '%' && !by_program) {
+            result += "\"^%\"";
+        } else if (c == '"' && by_program) {
+            result.append(backslashes + 1, '\\') += c;
+        } else if (c != '"') {
+            result += c;
         }
         backslashes = c == '\\' ? backslashes + 1 : 0;
-        result += c;
     }
-    result.append(backslashes, '\\');
+    result.append(by_program ? backslashes : 0, '\\');
     return result + "\"";
 }
 
 } // namespace
 
-std::string windows_words_line(const ProgramCall& call) {
+bool is_batch_file(const std::string& program) {
+    return has_ending(program, ".BAT") || has_ending(program, ".CMD");
+}
+
+std::string windows_command_line(const ProgramCall& call) {
+    const bool batch = is_batch_file(call.arguments[0]);
     std::string line;
     for (const std::string& argument : call.arguments) {
-        line += (line.empty() ? "" : " ") + quoted(argument);
+        line += (line.empty() ? "" : " ") +
+                quoted(argument, batch ? Reader::Interpreter : Reader::Program);
     }
-    return line;
-}
-
-std::string windows_command_line(const ProgramCall& call, std::string_view output_file) {
-    return windows_words_line(call) + " > " + quoted(output_file);
-}
-
-std::string windows_program_line(const ProgramCall& call) {
-    std::string line;
-    for (const std::string& argument : call.arguments) {
-        line += (line.empty() ? "" : " ") + program_argument(argument);
-    }
-    return line;
-}
-
-std::string windows_interpreter_line(std::string_view command_line) {
     // No start-up commands, no expansion of "!", and only the outermost quotes are taken off.
-    return "cmd.exe /d /v:off /s /c \"" + std::string(command_line) + "\"";
+    return batch ? "cmd.exe /d /v:off /s /c \"" + line + "\"" : line;
 }
 
 } // namespace morvane

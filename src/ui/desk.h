@@ -1,26 +1,30 @@
 #pragma once
 
+#include "system/program_places.h"
 #include "ui/form_activation.h"
 
 #include <string>
+#include <vector>
 
 namespace morvane {
 
 class Dialogs;
 class Disk;
-class Launcher;
 class MessageLog;
+class Programs;
 class ResultsViewer;
 
 /// What all windows of the program share.
 struct Desk {
     Disk& disk;
     Dialogs& dialogs;
-    Launcher& launcher;
+    Programs& programs;
     MessageLog& log;
     std::string program_folder; // settings, scratch and report files lie here
     FormActivation activation{};
     ResultsViewer* viewer = nullptr; // null: the window's own is used
+    // Where helper programs are looked for.
+    std::vector<std::string> helpers = helper_folders(executable_folder());
 };
 
 } // namespace morvane

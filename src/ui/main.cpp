@@ -1,7 +1,7 @@
 #include "base/errors.h"
 #include "system/disk.h"
-#include "system/launch.h"
 #include "system/program_places.h"
+#include "system/programs.h"
 #include "system/results_viewer.h"
 #include "ui/appearance.h"
 #include "ui/desk.h"
@@ -45,12 +45,12 @@ CommandLine read_command_line(const QApplication& application) {
 int run(const QApplication& application) {
     const CommandLine line = read_command_line(application);
     const auto disk = morvane::make_system_disk();
-    const auto launcher = morvane::make_system_launcher();
+    const auto programs = morvane::make_system_programs();
     morvane::SystemDialogs dialogs;
     morvane::MessageLog log;
-    const auto viewer = morvane::make_system_viewer();
+    const auto viewer = morvane::make_system_viewer(*programs);
     const auto places = morvane::program_places(line.program_folder);
-    morvane::Desk desk{*disk, dialogs, *launcher, log,
+    morvane::Desk desk{*disk, dialogs, *programs, log,
                        morvane::resolve_program_folder(*disk, places)};
     desk.viewer = viewer.get();
     morvane::MainWindow window(desk);

@@ -47,18 +47,18 @@ std::string windows_path(std::string path) {
 /// Looks for the compiler and collects what to tell when there is none.
 class CompilerSearch {
   public:
-    CompilerSearch(const Services& services, Launcher& launcher, const std::string& base)
-        : services_(services), launcher_(launcher), source_(frame_file_name(base)) {}
+    CompilerSearch(const Services& services, Programs& programs, const std::string& base)
+        : services_(services), programs_(programs), source_(frame_file_name(base)) {}
 
     std::optional<ProgramCall> in_folder(const std::string& folder) {
         const std::string native = folder + separator + "bglc";
-        if (launcher_.can_execute(native)) {
+        if (programs_.can_execute(native)) {
             return ProgramCall{{native, "/bgl", source_}};
         }
         looked_for(native, "is there, but cannot be executed");
         const std::string windows = native + ".exe";
         const std::string wine = !on_windows && services_.disk.is_file(windows)
-                                     ? launcher_.find_on_path("wine")
+                                     ? programs_.find_on_path("wine")
                                      : std::string();
         if (!wine.empty()) {
             return ProgramCall{{wine, windows, "/bgl", windows_path(source_)}};
@@ -77,14 +77,14 @@ class CompilerSearch {
     }
 
     const Services& services_;
-    Launcher& launcher_;
+    Programs& programs_;
     std::string source_;
     std::string told_;
 };
 
-std::optional<ProgramCall> find_compiler(const Services& services, Launcher& launcher,
+std::optional<ProgramCall> find_compiler(const Services& services, Programs& programs,
                                          const std::string& base) {
-    CompilerSearch search(services, launcher, base);
+    CompilerSearch search(services, programs, base);
     for (const std::string& folder : compiler_folders(base)) {
         if (auto call = search.in_folder(folder)) {
             if (!services.disk.is_file(frame_file_name(base))) {
@@ -116,29 +116,31 @@ std::string compile_output_file(const CompileJob& job) {
     return join_path(job.program_folder, "comp.txt");
 }
 
-std::unique_ptr<RunningProgram> start_compile(const Services& services, Launcher& launcher,
+std::unique_ptr<RunningProgram> start_compile(const Services& services, Programs& programs,
                                               const CompileJob& job) {
     try {
-        const auto call = find_compiler(services, launcher, job.base);
-        return call ? launcher.start(*call, compile_output_file(job)) : nullptr;
+        const auto call = find_compiler(services, programs, job.base);
+        return call ? programs.start(*call, compile_output_file(job)) : nullptr;
     } catch (const RuntimeError& error) {
         report_launch_error(services.reporter, error);
         return nullptr;
     }
 }
 
-Outcome run_compile(const Services& services, Launcher& launcher, const CompileJob& job,
+Outcome run_compile(const Services& services, Programs& programs, const CompileJob& job,
                     const std::function<void(std::string_view)>& output) {
-    const auto call = find_compiler(services, launcher, job.base);
+    const auto call = find_compiler(services, programs, job.base);
     if (!call) {
         return Outcome::Failed;
     }
     try {
         std::string kept;
-        const int status = launcher.run(*call, [&](std::string_view text) {
-            kept += text;
-            output(text);
-        });
+        const int status = programs
+                               .run(*call, {[&](std::string_view text) {
+                                   kept += text;
+                                   output(text);
+                               }})
+                               .status;
         keep_output(services, compile_output_file(job), kept);
         if (status == 0) {
             return Outcome::Done;

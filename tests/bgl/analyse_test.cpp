@@ -1,8 +1,10 @@
+#include "base/paths.h"
 #include "bgl/inspector.h"
 #include "bgl_files.h"
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
+#include "system/recording_programs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,8 +30,9 @@ class Analyse : public ::testing::Test {
     test::TempFolder folder;
     test::TempFolder home;
     test::RecordingReporter reporter;
+    test::RecordingPrograms programs;
     test::FaultyDisk disk;
-    Inspector inspector{{disk, reporter}, home.path()};
+    Inspector inspector{{disk, reporter}, home.path(), programs};
 };
 
 TEST_F(Analyse, LibraryWithObjects) {
@@ -111,7 +114,7 @@ TEST_F(Analyse, InvalidFileIsDumpedAndRecorded) {
 }
 
 TEST_F(Analyse, EmptyFileIsInvalid) {
-    EXPECT_EQ(analyse(folder.write("empty.bgl", "")).handle, -8);
+    EXPECT_EQ(analyse(folder.write("empty.bgl", "")).state, BglState::Invalid);
 }
 
 TEST_F(Analyse, MissingOrMisnamedFileEndsQuietly) {
@@ -119,7 +122,7 @@ TEST_F(Analyse, MissingOrMisnamedFileEndsQuietly) {
          {folder.file("missing.bgl"), folder.write("lib.txt", test::library_file({})),
           folder.path(), folder.file("")}) {
         reporter.messages.clear();
-        EXPECT_EQ(analyse(path).handle, -1);
+        EXPECT_EQ(analyse(path).state, BglState::NotABgl);
         EXPECT_EQ(inspector.box.text(), path + "\r\n");
         EXPECT_THAT(reporter.boxes, IsEmpty());
         EXPECT_THAT(reporter.messages, ElementsAre(StartsWith("Note: " + path)));
@@ -129,8 +132,16 @@ TEST_F(Analyse, MissingOrMisnamedFileEndsQuietly) {
 
 TEST_F(Analyse, FolderNamedLikeAFileIsMissing) {
     folder.write("folder.bgl/a", "");
-    EXPECT_EQ(analyse(folder.file("folder.bgl")).handle, -1);
+    EXPECT_EQ(analyse(folder.file("folder.bgl")).state, BglState::NotABgl);
     EXPECT_THAT(reporter.boxes, IsEmpty());
+}
+
+TEST_F(Analyse, APathBelowAFileIsMissing) {
+    const std::string path = join_path(folder.write("file", ""), "a.bgl");
+    EXPECT_EQ(analyse(path).state, BglState::NotABgl);
+    EXPECT_EQ(inspector.box.text(), path + "\r\n");
+    EXPECT_THAT(reporter.boxes, IsEmpty());
+    EXPECT_THAT(reporter.messages, ElementsAre("Note: " + path + " does not exist."));
 }
 
 TEST_F(Analyse, TheBoxIsKeptUnlessCleared) {

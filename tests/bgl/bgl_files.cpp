@@ -122,15 +122,15 @@ std::size_t MemoryFile::read_at(std::uint64_t offset, char* buffer, std::size_t 
     return got;
 }
 
-int list_bytes(const std::string& bytes, std::vector<LibraryObject>& entries) {
+Listing list_bytes(const std::string& bytes) {
     std::string start = bytes.substr(0, header_size);
     start.resize(header_size);
     const BglHeader header = decode_header(start);
     if (!is_valid_bgl(header)) {
-        return invalid_bgl;
+        return {Listing::State::Invalid};
     }
     MemoryFile file(bytes);
-    return read_library_objects(file, header, entries);
+    return read_library_objects(file, header);
 }
 
 } // namespace morvane::test

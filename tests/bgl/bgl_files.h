@@ -61,6 +61,6 @@ class MemoryFile final : public ReadableFile {
 };
 
 /// Reads the header of a file in memory and lists it, as list_library does with a file on disk.
-int list_bytes(const std::string& bytes, std::vector<LibraryObject>& entries);
+Listing list_bytes(const std::string& bytes);
 
 } // namespace morvane::test

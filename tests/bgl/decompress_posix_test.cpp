@@ -1,3 +1,5 @@
+#include "base/errors.h"
+#include "base/paths.h"
 #include "bgl/decompress_bgl.h"
 #include "bgl/search.h"
 #include "bgl/unpack/name_buffer.h"
@@ -6,9 +8,13 @@
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
+#include "system/recording_programs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
 
 namespace morvane {
 namespace {
@@ -16,33 +22,49 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using How = ProgramEnd::How;
 
+constexpr int not_started = -1; // what a stand-in returns that cannot be started
+constexpr int timed_out = -2;
+
+/// Two pretended programs, wine and bglunpack.exe: what the second does is up to each test.
 class Decompress : public ::testing::Test {
   protected:
     Decompress() {
         home.write("bglunpack.exe", "");
-        tools.write("wine", "");
-        inspector.unpacking.search_path = "/nowhere::" + tools.path();
+        programs.on_path["wine"] = "/usr/bin/wine";
         inspector.unpacking.on_windows = false;
-        inspector.unpacking.run = [this](const std::vector<std::string>& command) {
-            commands.push_back(command);
-            return run(command);
+        programs.on_run = [this](const ProgramCall& call, const RunOptions&) {
+            return end_of(run(call.arguments));
         };
     }
-    bool decompress() {
-        return decompress_bgl(inspector.services, home.path(), inspector.unpacking,
-                              folder.file("packed.bgl"));
+    static ProgramEnd end_of(int status) {
+        if (status == not_started) {
+            throw RuntimeError(ErrorNumber::FileNotFound, "bglunpack.exe");
+        }
+        return status == timed_out ? ProgramEnd{How::TimedOut, 137}
+                                   : ProgramEnd{How::Exited, status};
     }
-    // An unpacking program that writes this library.
+    bool decompress() {
+        const std::string path = folder.write("packed.bgl", packed);
+        return decompress_bgl(inspector.services, home.path(), inspector.unpacking, path)
+            .has_value();
+    }
+    // An unpacking program that writes this library to where it is told.
     void unpack_to(const std::string& bytes) {
-        run = [this, bytes](const std::vector<std::string>&) {
-            home.write("tmp.bgl", bytes);
+        run = [bytes](const std::vector<std::string>& command) {
+            test::write_file(unix_name(command.at(command.size() - 2)), bytes);
             return 0;
         };
     }
-    std::string windows(std::string path) {
+    static std::string windows(std::string path) {
         std::replace(path.begin(), path.end(), '/', '\\');
         return "Z:" + path;
+    }
+    static std::string unix_name(std::string path) {
+        std::replace(path.begin(), path.end(), '\\', '/');
+        return path.starts_with("Z:") ? path.substr(2) : path;
     }
 
     test::TempFolder folder;
@@ -50,33 +72,21 @@ class Decompress : public ::testing::Test {
     test::TempFolder tools;
     test::RecordingReporter reporter;
     std::unique_ptr<Disk> disk = make_system_disk();
-    Inspector inspector{{*disk, reporter}, home.path()};
-    std::vector<std::vector<std::string>> commands;
+    test::RecordingPrograms programs;
+    const std::vector<std::vector<std::string>>& commands = programs.calls;
+    Inspector inspector{{*disk, reporter}, home.path(), programs};
     std::function<int(const std::vector<std::string>&)> run = [](const auto&) { return 0; };
     const std::string packed =
         test::library_file({.header = {.FL_world_set = 1, .FL_spare2 = 7}, .objects = {{}}});
+    const std::string library =
+        test::library_file({.objects = {{.name = "Inside"}, {.name = "Also"}}});
 };
-
-TEST_F(Decompress, LooksForWineInTheRootFolderToo) {
-    class DiskWithWine final : public test::FaultyDisk {
-      public:
-        bool is_file(const std::string& path) override {
-            return path == "/wine" || FaultyDisk::is_file(path);
-        }
-    } other;
-    unpack_to("bytes");
-    inspector.unpacking.search_path = "/nowhere:/";
-    EXPECT_TRUE(decompress_bgl({other, reporter}, home.path(), inspector.unpacking,
-                               folder.file("packed.bgl")));
-    ASSERT_EQ(commands.size(), 1U);
-    EXPECT_EQ(commands[0][0], "/wine");
-}
 
 TEST_F(Decompress, RunsTheProgramThroughWineWithWindowsNames) {
     unpack_to("bytes");
     EXPECT_TRUE(decompress());
     ASSERT_EQ(commands.size(), 1U);
-    EXPECT_THAT(commands[0], ElementsAre(tools.file("wine"), home.file("bglunpack.exe"),
+    EXPECT_THAT(commands[0], ElementsAre("/usr/bin/wine", home.file("bglunpack.exe"),
                                          windows(folder.file("packed.bgl")),
                                          windows(home.file("tmp.bgl")), windows(home.path())));
     EXPECT_THAT(reporter.messages, IsEmpty());
@@ -118,23 +128,22 @@ TEST_F(Decompress, OfTwoFailuresTheOneThatSaysWhyIsTold) {
         std::string reason;
     };
     home.write("bglunpack64.exe", "");
-    const Unpacking fresh = inspector.unpacking;
     for (const Case& tried : std::vector<Case>{
-             {{unpack_no_library, program_not_started}, "sup.dll was not found"},
-             {{program_not_started, unpack_no_library}, "sup.dll was not found"},
+             {{unpack_no_library, not_started}, "sup.dll was not found"},
+             {{not_started, unpack_no_library}, "sup.dll was not found"},
              {{unpack_wrong_usage, 139}, "status " + std::to_string(unpack_wrong_usage) + "."},
              {{unpack_no_function, 139}, "lacks a function"},
              {{139, unpack_no_function}, "lacks a function"},
              {{139, 140}, "failed with status 140"},
              {{unpack_no_library, unpack_nothing}, "could not unpack"},
              {{unpack_no_library, unpack_cannot_write}, "cannot be written"},
-             {{unpack_no_library, program_timed_out}, "did not end in time"},
+             {{unpack_no_library, timed_out}, "did not end in time"},
              {{unpack_nothing}, "could not unpack"},
              {{unpack_cannot_write}, "cannot be written"},
-             {{program_timed_out}, "did not end in time"}}) {
+             {{timed_out}, "did not end in time"}}) {
         reporter.messages.clear();
-        commands.clear();
-        inspector.unpacking = fresh; // which has given no hint yet
+        programs.calls.clear();
+        begin_command(inspector.unpacking);
         run = [&](const std::vector<std::string>&) {
             return tried.statuses.at(commands.size() - 1);
         };
@@ -144,18 +153,19 @@ TEST_F(Decompress, OfTwoFailuresTheOneThatSaysWhyIsTold) {
     }
 }
 
-TEST_F(Decompress, WithoutTheProgramAHintSaysSo) {
+TEST_F(Decompress, WithoutTheProgramAHintSaysWhereItWasLookedFor) {
     disk->remove(home.file("bglunpack.exe"));
+    inspector.unpacking.folders = {tools.path()};
     EXPECT_FALSE(decompress());
     EXPECT_THAT(reporter.messages,
                 ElementsAre("Note: Compressed files cannot be unpacked: bglunpack.exe was not "
-                            "found in the program folder " +
-                            home.path() + "."));
+                            "found in " +
+                            home.path() + " or " + tools.path() + "."));
     EXPECT_THAT(commands, IsEmpty());
 }
 
 TEST_F(Decompress, WithoutWineAHintSaysSo) {
-    inspector.unpacking.search_path = "/nowhere";
+    programs.on_path.clear();
     EXPECT_FALSE(decompress());
     EXPECT_THAT(reporter.messages,
                 ElementsAre("Note: Compressed files cannot be unpacked: wine is not installed."));
@@ -167,12 +177,13 @@ TEST_F(Decompress, EveryWayToFailHasItsReason) {
         {unpack_no_function, "lacks a function"},
         {unpack_nothing, "could not unpack"},
         {unpack_cannot_write, "cannot be written"},
-        {program_not_started, "could not be started"},
-        {program_timed_out, "did not end in time"},
+        {not_started, "could not be started"},
+        {timed_out, "did not end in time"},
         {139, "failed with status 139"},
     };
     for (const auto& [status, reason] : reasons) {
         reporter.messages.clear();
+        begin_command(inspector.unpacking);
         home.write("tmp.bgl", "stale");
         run = [status = status](const auto&) { return status; };
         EXPECT_FALSE(decompress());
@@ -182,7 +193,7 @@ TEST_F(Decompress, EveryWayToFailHasItsReason) {
 }
 
 TEST_F(Decompress, AnalyseListsTheUnpackedFile) {
-    unpack_to(test::library_file({.objects = {{.name = "Inside"}, {.name = "Also"}}}));
+    unpack_to(library);
     const std::string path = folder.write("packed.bgl", packed);
     const Analysis analysis = analyse_file(inspector, path, false, true);
     EXPECT_TRUE(analysis.done);
@@ -193,12 +204,185 @@ TEST_F(Decompress, AnalyseListsTheUnpackedFile) {
     EXPECT_EQ(folder.read("packed.bgl"), packed);
 }
 
-TEST_F(Decompress, AnalyseListsNothingWhenThereIsNoWayToUnpack) {
+// On purpose: an older tmp.bgl is no answer to the question what is in this file.
+TEST_F(Decompress, ThePreviousUnpackedFileIsNeverListed) {
+    const std::string path = folder.write("packed.bgl", packed);
+    const std::string stale = test::library_file({.objects = {{.name = "Stale"}}});
+    for (const int status : std::vector<int>{unpack_no_library, unpack_nothing, 139, not_started,
+                                              timed_out, 0}) {
+        home.write("tmp.bgl", stale);
+        run = [status](const auto&) { return status; };
+        EXPECT_THAT(analyse_file(inspector, path, false, true).objects, IsEmpty()) << status;
+        EXPECT_THAT(inspector.box.text(), HasSubstr("Library Objects : 0\r\n"));
+    }
     disk->remove(home.file("bglunpack.exe"));
-    home.write("tmp.bgl", test::library_file({.objects = {{.name = "Stale"}}}));
+    home.write("tmp.bgl", stale);
+    EXPECT_THAT(analyse_file(inspector, path, false, true).objects, IsEmpty());
+    EXPECT_EQ(home.read("tmp.bgl"), stale) << "nothing was unpacked, so nothing is replaced";
+}
+
+TEST_F(Decompress, ALongerPreviousFileLeavesNoTail) {
+    home.write("tmp.bgl", library + "tail of an earlier file");
+    // Writes from the first byte on without shortening the file, as the real one does.
+    run = [this](const std::vector<std::string>& command) {
+        const auto writing = disk->open_for_update(unix_name(command.at(command.size() - 2)));
+        writing->write(library);
+        writing->close();
+        return 0;
+    };
     analyse_file(inspector, folder.write("packed.bgl", packed), false, true);
-    EXPECT_THAT(inspector.box.text(), HasSubstr("Library Objects : 0\r\n"));
-    EXPECT_EQ(reporter.messages.size(), 1U);
+    EXPECT_EQ(home.read("tmp.bgl"), library);
+}
+
+TEST_F(Decompress, ACompressedFileNamedTmpBglIsReadAndNotTouched) {
+    unpack_to(library);
+    const std::string path = home.write("tmp.bgl", packed);
+    EXPECT_THAT(analyse_file(inspector, path, false, true).objects, SizeIs(2));
+    EXPECT_EQ(home.read("tmp.bgl"), packed);
+    EXPECT_EQ(home.read("tmp2.bgl"), library);
+    EXPECT_EQ(search_folder(inspector, home.path(), true).statistics.compressed_files, 1);
+    EXPECT_EQ(home.read("tmp.bgl"), packed);
+}
+
+TEST_F(Decompress, ACompressedFileNamedTmpBglStaysWithoutAnUnpacker) {
+    disk->remove(home.file("bglunpack.exe"));
+    const std::string path = home.write("tmp.bgl", packed);
+    EXPECT_TRUE(analyse_file(inspector, path, false, true).done);
+    EXPECT_EQ(home.read("tmp.bgl"), packed);
+    EXPECT_TRUE(search_folder(inspector, home.path(), true).done);
+    EXPECT_EQ(home.read("tmp.bgl"), packed);
+}
+
+TEST_F(Decompress, ACompressedFileNamedTmpBglStaysWhenAnotherOneIsUnpacked) {
+    unpack_to(library);
+    home.write("tmp.bgl", packed);
+    const SearchResult result =
+        search_folder(inspector, folder_part(folder.write("packed.bgl", packed)), true);
+    EXPECT_EQ(result.statistics.library_objects, 2);
+    EXPECT_EQ(home.read("tmp.bgl"), packed);
+}
+
+TEST_F(Decompress, AFileUnderASecondNameIsNotWrittenThroughTheFirst) {
+    unpack_to(library);
+    const std::string path = folder.write("packed.bgl", packed);
+    for (const bool hard : {true, false}) {
+        hard ? std::filesystem::create_hard_link(path, home.file("tmp.bgl"))
+             : std::filesystem::create_symlink(path, home.file("tmp.bgl"));
+        EXPECT_THAT(analyse_file(inspector, path, false, true).objects, SizeIs(2));
+        EXPECT_EQ(folder.read("packed.bgl"), packed);
+        EXPECT_EQ(home.read("tmp.bgl"), packed);
+        disk->remove(home.file("tmp.bgl"));
+    }
+}
+
+TEST_F(Decompress, WithBothNamesTakenAHintSaysSo) {
+    home.write("tmp.bgl", packed);
+    home.write("tmp2.bgl", packed);
+    EXPECT_FALSE(decompress());
+    EXPECT_THAT(reporter.messages, ElementsAre(HasSubstr("are compressed files themselves")));
+    EXPECT_THAT(commands, IsEmpty());
+    EXPECT_EQ(home.read("tmp.bgl"), packed);
+    EXPECT_EQ(home.read("tmp2.bgl"), packed);
+}
+
+TEST_F(Decompress, AnUnpackedFileThatIsStillCompressedIsNotKept) {
+    unpack_to(packed);
+    EXPECT_FALSE(decompress());
+    EXPECT_THAT(reporter.messages, ElementsAre(HasSubstr("still compressed")));
+    EXPECT_FALSE(home.has("tmp.bgl"));
+}
+
+// Only a file's own header makes it invalid.
+TEST_F(Decompress, AFileThatCannotBeReplacedMakesNoLibraryInvalid) {
+    class Protected final : public test::FaultyDisk {
+      public:
+        void remove(const std::string& path) override {
+            throw RuntimeError(ErrorNumber::PermissionDenied, path);
+        }
+    } other;
+    home.write("tmp.bgl", "of an earlier search");
+    Inspector here{{other, reporter}, home.path(), programs};
+    here.unpacking.on_windows = false;
+    folder.write("a.bgl", packed);
+    folder.write("b.bgl", packed);
+    const SearchResult result = search_folder(here, folder.path(), true);
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.statistics.invalid_files, 0);
+    EXPECT_EQ(result.statistics.compressed_files, 2);
+    EXPECT_FALSE(home.has("error.txt"));
+    EXPECT_THAT(reporter.messages,
+                ElementsAre(HasSubstr("a.bgl was not unpacked: " + home.file("tmp.bgl") +
+                                      " cannot be replaced (Permission denied)"),
+                            HasSubstr("b.bgl was not unpacked")));
+}
+
+TEST_F(Decompress, AnUnpackedFileThatCannotBeReadMakesNoLibraryInvalid) {
+    class Blind final : public test::FaultyDisk {
+      public:
+        std::unique_ptr<ReadableFile> open_for_reading(const std::string& path) override {
+            if (path.ends_with("tmp.bgl")) {
+                throw RuntimeError(ErrorNumber::PermissionDenied, path);
+            }
+            return FaultyDisk::open_for_reading(path);
+        }
+    } other;
+    unpack_to(library);
+    Inspector here{{other, reporter}, home.path(), programs};
+    here.unpacking.on_windows = false;
+    folder.write("a.bgl", packed);
+    const SearchResult result = search_folder(here, folder.path(), true);
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.statistics.invalid_files, 0);
+    EXPECT_EQ(result.statistics.compressed_files, 1);
+    EXPECT_FALSE(home.has("error.txt"));
+    EXPECT_THAT(reporter.messages, SizeIs(1));
+}
+
+TEST_F(Decompress, ASearchAsksBeforeEachUnpacking) {
+    for (const char* name : {"a.bgl", "b.bgl", "c.bgl"}) {
+        folder.write(name, packed);
+    }
+    run = [this](const std::vector<std::string>&) {
+        home.write("tmp.bgl", library);
+        reporter.keep_going = false; // the user presses Stop meanwhile
+        return 0;
+    };
+    const SearchResult result = search_folder(inspector, folder.path(), true);
+    EXPECT_FALSE(result.done);
+    EXPECT_THAT(commands, SizeIs(1));
+    EXPECT_EQ(result.statistics.library_files, 1);
+    EXPECT_THAT(reporter.messages, ElementsAre(HasSubstr("The search was stopped")));
+}
+
+TEST_F(Decompress, AnUnpackingThatIsStoppedStopsTheSearch) {
+    folder.write("a.bgl", packed);
+    folder.write("b.bgl", packed);
+    programs.on_run = [](const ProgramCall&, const RunOptions& options) {
+        EXPECT_TRUE(options.keep_going && options.keep_going());
+        return ProgramEnd{How::Stopped, 137};
+    };
+    const SearchResult result = search_folder(inspector, folder.path(), true);
+    EXPECT_FALSE(result.done);
+    EXPECT_THAT(commands, SizeIs(1));
+}
+
+TEST_F(Decompress, AfterOneTimeOutASearchUnpacksNothingMore) {
+    for (const char* name : {"a.bgl", "b.bgl", "c.bgl"}) {
+        folder.write(name, packed);
+    }
+    run = [](const auto&) { return timed_out; };
+    const SearchResult result = search_folder(inspector, folder.path(), true);
+    EXPECT_TRUE(result.done);
+    EXPECT_THAT(commands, SizeIs(1));
+    EXPECT_EQ(result.statistics.compressed_files, 3);
+    EXPECT_THAT(reporter.messages,
+                ElementsAre("Note: " + folder.file("a.bgl") +
+                            " was not unpacked: the unpacking program did not end in time. No "
+                            "more files are unpacked now."));
+    EXPECT_THAT(programs.limits, ElementsAre(std::chrono::minutes(2)));
+    // The next command tries again.
+    search_folder(inspector, folder.path(), true);
+    EXPECT_THAT(commands, SizeIs(2));
 }
 
 TEST_F(Decompress, EachCompressedFileOfASearchIsUnpackedAnew) {
@@ -231,12 +415,6 @@ TEST(NameBuffer, CutsLongNames) {
     const auto buffer = name_buffer(std::string(249, 'a') + "bc");
     EXPECT_EQ(std::string(buffer.data()), std::string(249, 'a') + "b");
     EXPECT_STREQ(name_buffer("C:\\x.bgl").data(), "C:\\x.bgl");
-}
-
-TEST(RunUnpackProcess, GivesTheExitStatus) {
-    EXPECT_EQ(run_program({"/bin/sh", "-c", "exit 41"}), 41);
-    EXPECT_EQ(run_program({"/bin/sh", "-c", "kill -9 $$"}), 137);
-    EXPECT_EQ(run_program({"/nowhere/bglunpack.exe"}), program_not_started);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "bgl/header.h"
+#include "bgl/bgl_file.h"
 #include "bgl_files.h"
 
 #include <gtest/gtest.h>

@@ -13,6 +13,7 @@ using test::LibrarySpec;
 using test::ObjectSpec;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using State = Listing::State;
 
 std::vector<LibraryObject> listed(const std::vector<ObjectSpec>& specs) {
     std::vector<LibraryObject> objects;
@@ -29,17 +30,16 @@ std::size_t first_record(const LibrarySpec& spec) {
 
 TEST(ReadLibraryObjects, NoLibraryDataAndCompressed) {
     test::MemoryFile file("");
-    std::vector<LibraryObject> entries(3);
-    EXPECT_EQ(read_library_objects(file, {.FL_world_set = 1}, entries), -2);
-    EXPECT_TRUE(entries.empty());
-    EXPECT_EQ(read_library_objects(file, {.FL_world_set = 1, .FL_library_ptr = 128, .FL_spare2 = 1},
-                                   entries),
-              -4);
+    EXPECT_EQ(read_library_objects(file, {.FL_world_set = 1}).state, State::NoLibrary);
+    EXPECT_EQ(read_library_objects(file, {.FL_world_set = 1, .FL_library_ptr = 128, .FL_spare2 = 1})
+                  .state,
+              State::Compressed);
 }
 
 TEST(ReadLibraryObjects, EmptyIndexIsNoObjects) {
-    std::vector<LibraryObject> entries;
-    EXPECT_EQ(test::list_bytes(test::library_file({}), entries), 0);
+    const Listing listing = test::list_bytes(test::library_file({}));
+    EXPECT_EQ(listing.state, State::Listed);
+    EXPECT_TRUE(listing.objects.empty());
 }
 
 TEST(ReadLibraryObjects, GapsBetweenRecordsArePassedOver) {
@@ -47,8 +47,8 @@ TEST(ReadLibraryObjects, GapsBetweenRecordsArePassedOver) {
         .objects = {{.name = "One", .code = std::string(1000, '\xFF')},
                     {.name = "Two", .code = ""},
                     {.guid = {1, -2, 3, -4}, .power = 255, .stored_scale = -5, .type = -6}}};
-    std::vector<LibraryObject> entries;
-    EXPECT_EQ(test::list_bytes(test::library_file(spec), entries), 3);
+    const auto entries = test::list_bytes(test::library_file(spec)).objects;
+    ASSERT_EQ(entries.size(), 3U);
     EXPECT_EQ(entries, listed(spec.objects));
 }
 
@@ -58,8 +58,8 @@ TEST(ReadLibraryObjects, NamesHaveFortySevenCharacters) {
                                        {.name = "short"},
                                        {.name = std::string("cut\0off", 7)},
                                        {.name = ""}}};
-    std::vector<LibraryObject> entries;
-    ASSERT_EQ(test::list_bytes(test::library_file(spec), entries), 4);
+    const auto entries = test::list_bytes(test::library_file(spec)).objects;
+    ASSERT_EQ(entries.size(), 4U);
     EXPECT_EQ(entries[0].name, std::string(47, 'n'));
     EXPECT_EQ(entries[1].name, "short" + std::string(42, ' '));
     EXPECT_EQ(entries[2].name, "cut" + std::string(44, ' '));
@@ -74,29 +74,24 @@ TEST(ReadLibraryObjects, WhatWasGeneratedIsWhatIsListed) {
         spec.header.FL_magic = round % 2 == 0 ? 0 : static_cast<std::int32_t>(0x87654321);
         spec.library_start = 168 + random() % 1000;
         spec.objects = test::random_objects(random, random() % 60);
-        std::vector<LibraryObject> entries;
-        ASSERT_EQ(test::list_bytes(test::library_file(spec), entries),
-                  static_cast<int>(spec.objects.size()));
-        ASSERT_EQ(entries, listed(spec.objects)) << "round " << round;
+        ASSERT_EQ(test::list_bytes(test::library_file(spec)).objects, listed(spec.objects))
+            << "round " << round;
     }
 }
 
 TEST(ReadLibraryObjects, TwoThousandObjectsAreTheLimit) {
     std::mt19937 random(2);
     LibrarySpec spec{.objects = test::random_objects(random, 2000)};
-    std::vector<LibraryObject> entries;
-    EXPECT_EQ(test::list_bytes(test::library_file(spec), entries), 2000);
-    EXPECT_EQ(entries, listed(spec.objects));
+    EXPECT_EQ(test::list_bytes(test::library_file(spec)).objects, listed(spec.objects));
     spec.objects.emplace_back();
-    EXPECT_THROW(test::list_bytes(test::library_file(spec), entries), RuntimeError);
+    EXPECT_THROW(test::list_bytes(test::library_file(spec)), RuntimeError);
 }
 
 TEST(ReadLibraryObjects, AnIndexWithoutEndIsRead20000EntriesFar) {
     const BglHeader header{.FL_world_set = 1, .FL_library_ptr = 128};
     test::MemoryFile file(test::encode(header) + std::string(20 * 50000, '\x01'));
-    std::vector<LibraryObject> entries;
     try {
-        read_library_objects(file, header, entries);
+        read_library_objects(file, header);
         FAIL() << "no range error";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.code(), ErrorNumber::SubscriptOutOfRange);
@@ -109,8 +104,8 @@ TEST(ReadLibraryObjects, RecordsThatOverlapAreReadInSequence) {
     LibrarySpec spec{.objects = {{.name = "First", .code = ""}, {.name = "Second", .code = ""}}};
     std::string bytes = test::library_file(spec);
     bytes[spec.library_start + 20] = 60; // the second record's offset, now that of the first
-    std::vector<LibraryObject> entries;
-    ASSERT_EQ(test::list_bytes(bytes, entries), 2);
+    const auto entries = test::list_bytes(bytes).objects;
+    ASSERT_EQ(entries.size(), 2U);
     EXPECT_EQ(entries, listed(spec.objects));
 }
 
@@ -118,8 +113,8 @@ TEST(ReadLibraryObjects, ARecordMayLieAtTheVeryBeginning) {
     const test::LibrarySpec spec{.library_start = 256, .objects = {{}}};
     std::string bytes = test::library_file(spec);
     bytes.replace(256, 4, std::string("\x00\xFF\xFF\xFF", 4)); // the record's offset, -256
-    std::vector<LibraryObject> entries;
-    ASSERT_EQ(test::list_bytes(bytes, entries), 1);
+    const auto entries = test::list_bytes(bytes).objects;
+    ASSERT_EQ(entries.size(), 1U);
     EXPECT_EQ(entries[0].guid[0] & 0xFFFF, 1) << "the header's FL_world_set";
 }
 
@@ -127,8 +122,8 @@ TEST(ReadLibraryObjects, ARecordLengthBelowTheFixedPartHasNoName) {
     LibrarySpec spec{.objects = {{.name = "", .code = ""}, {.name = "Second"}}};
     std::string bytes = test::library_file(spec);
     bytes[first_record(spec) + 17] = 10; // the first record's length, 41 in truth
-    std::vector<LibraryObject> entries;
-    ASSERT_EQ(test::list_bytes(bytes, entries), 2);
+    const auto entries = test::list_bytes(bytes).objects;
+    ASSERT_EQ(entries.size(), 2U);
     EXPECT_EQ(entries[0].name, std::string(47, ' '));
     // The gap seems to be 31 bytes, counted from behind the fixed part.
     EXPECT_NE(entries[1].name.substr(0, 6), "Second");
@@ -140,8 +135,8 @@ TEST(ReadLibraryObjects, HugeAndNegativeLengthsReadNothingInVain) {
         std::string bytes = test::library_file(spec);
         bytes[first_record(spec) + 20] = static_cast<char>(high);
         test::MemoryFile file(bytes);
-        std::vector<LibraryObject> entries;
-        EXPECT_EQ(read_library_objects(file, decode_header(bytes.substr(0, 128)), entries), 3);
+        const Listing listing = read_library_objects(file, decode_header(bytes.substr(0, 128)));
+        EXPECT_EQ(listing.objects.size(), 3U);
         EXPECT_LE(file.bytes_read, bytes.size());
     }
 }
@@ -150,10 +145,9 @@ TEST(ReadLibraryObjects, PointersOutsideTheFileReadAsZeros) {
     for (const std::int32_t pointer : {-1, -128, -2147483647 - 1, 2147483647, 1000}) {
         const BglHeader header{.FL_world_set = 1, .FL_library_ptr = pointer};
         test::MemoryFile file(test::encode(header));
-        std::vector<LibraryObject> entries;
-        const int count = read_library_objects(file, header, entries);
-        EXPECT_GE(count, 0) << pointer;
-        EXPECT_LE(count, 1) << pointer;
+        const Listing listing = read_library_objects(file, header);
+        EXPECT_EQ(listing.state, State::Listed) << pointer;
+        EXPECT_LE(listing.objects.size(), 1U) << pointer;
     }
 }
 
@@ -162,8 +156,7 @@ TEST(ReadLibraryObjects, TheDrawingCodeIsNeverRead) {
     const LibrarySpec spec{.objects = test::random_objects(random, 40)};
     const std::string bytes = test::library_file(spec);
     test::MemoryFile file(bytes);
-    std::vector<LibraryObject> entries;
-    read_library_objects(file, decode_header(bytes.substr(0, 128)), entries);
+    read_library_objects(file, decode_header(bytes.substr(0, 128)));
     std::size_t library_bytes = 41 * 20;
     for (const ObjectSpec& object : spec.objects) {
         library_bytes += 41 + std::min<std::size_t>(object.name.size(), 47);
@@ -175,18 +168,17 @@ TEST(ListLibrary, PassesOnWhatOpenBglSays) {
     const test::TempFolder folder;
     const auto disk = make_system_disk();
     InvalidFileList invalid(*disk, folder.path());
-    std::vector<LibraryObject> entries;
     const auto list = [&](const std::string& path) {
-        return list_library(*disk, path, invalid, entries);
+        return list_library(*disk, path, invalid).state;
     };
-    EXPECT_EQ(list(folder.file("none.bgl")), -1);
-    EXPECT_EQ(list(folder.write("a.txt", test::library_file({}))), -1);
-    EXPECT_EQ(list(folder.write("bad.bgl", "\x02")), -8);
-    EXPECT_EQ(list(folder.write("objects.bgl", test::object_file())), -2);
+    EXPECT_EQ(list(folder.file("none.bgl")), State::NotABgl);
+    EXPECT_EQ(list(folder.write("a.txt", test::library_file({}))), State::NotABgl);
+    EXPECT_EQ(list(folder.write("bad.bgl", "\x02")), State::Invalid);
+    EXPECT_EQ(list(folder.write("objects.bgl", test::object_file())), State::NoLibrary);
     LibrarySpec spec{.objects = {{}, {}}};
-    EXPECT_EQ(list(folder.write("lib.BgL", test::library_file(spec))), 2);
+    EXPECT_EQ(list(folder.write("lib.BgL", test::library_file(spec))), State::Listed);
     spec.header.FL_spare2 = 5;
-    EXPECT_EQ(list(folder.write("packed.bgl", test::library_file(spec))), -4);
+    EXPECT_EQ(list(folder.write("packed.bgl", test::library_file(spec))), State::Compressed);
     EXPECT_EQ(folder.read("error.txt"), folder.file("bad.bgl") + "\r\n");
 }
 
@@ -196,9 +188,8 @@ TEST(ListLibrary, TheRangeErrorNamesTheFile) {
     InvalidFileList invalid(*disk, folder.path());
     const LibrarySpec spec{.objects = std::vector<ObjectSpec>(2001)};
     const std::string path = folder.write("big.bgl", test::library_file(spec));
-    std::vector<LibraryObject> entries;
     try {
-        list_library(*disk, path, invalid, entries);
+        list_library(*disk, path, invalid);
         FAIL() << "no range error";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.number(), 9);
@@ -208,11 +199,10 @@ TEST(ListLibrary, TheRangeErrorNamesTheFile) {
 
 // Damaged files: every outcome is a list or a range error, whatever the bytes say.
 void list_damaged(const std::string& bytes) {
-    std::vector<LibraryObject> entries;
     try {
-        const int count = test::list_bytes(bytes, entries);
-        ASSERT_LE(count, 2000);
-        ASSERT_EQ(entries.size(), count > 0 ? static_cast<std::size_t>(count) : 0U);
+        const Listing listing = test::list_bytes(bytes);
+        ASSERT_LE(listing.objects.size(), 2000U);
+        ASSERT_TRUE(listing.objects.empty() || listing.state == State::Listed);
     } catch (const RuntimeError& error) {
         ASSERT_EQ(error.code(), ErrorNumber::SubscriptOutOfRange);
     }

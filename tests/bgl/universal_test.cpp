@@ -1,4 +1,5 @@
 #include "base/errors.h"
+#include "base/paths.h"
 #include "bgl/inspector.h"
 #include "bgl/universal.h"
 #include "bgl_files.h"
@@ -6,6 +7,7 @@
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"
+#include "system/recording_programs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,6 +33,7 @@ class Universal : public ::testing::Test {
     test::TempFolder folder;
     test::TempFolder home;
     test::RecordingReporter reporter;
+    test::RecordingPrograms programs;
     test::FaultyDisk disk;
     const std::string original = test::library_file({.header = {.FL_world_set = 4,
                                                                 .FL_north_bounds = 5,
@@ -79,7 +82,7 @@ TEST_F(Universal, TheCopyHasThePermissionsOfTheOriginal) {
 TEST_F(Universal, TheReportAfterwardsShowsTheWholeGlobe) {
     const std::string path = folder.write("x.bgl", original);
     ASSERT_TRUE(universal(path));
-    Inspector inspector({disk, reporter}, home.path());
+    Inspector inspector({disk, reporter}, home.path(), programs);
     analyse_file(inspector, path, false, true);
     EXPECT_THAT(inspector.box.text(), HasSubstr(" This is a Visual/Default data file\r\n"));
     EXPECT_THAT(inspector.box.text(), HasSubstr(" Lat bounds : -95* 38.6787 to 94* 21.3213\r\n"
@@ -129,6 +132,14 @@ TEST_F(Universal, OnlyLibrariesAreModified) {
     EXPECT_THAT(folder.names(), ElementsAre("empty.bgl", "invalid.bgl", "objects.bgl"));
     EXPECT_EQ(home.read("error.txt"),
               folder.file("invalid.bgl") + "\r\n" + folder.file("empty.bgl") + "\r\n");
+}
+
+TEST_F(Universal, APathBelowAFileIsNotALibrary) {
+    EXPECT_FALSE(universal(join_path(folder.write("file", ""), "a.bgl")));
+    EXPECT_THAT(reporter.boxes,
+                ElementsAre(Box{"This is not a library file.\n Only library files can be modified",
+                                Icon::Exclamation}));
+    EXPECT_THAT(folder.names(), ElementsAre("file"));
 }
 
 TEST_F(Universal, EveryFailureLeavesTheOldStateOrTheNew) {

@@ -1,9 +1,8 @@
-#include "bgl/inspector.h"
+#include "base/errors.h"
 #include "bgl/unpack/statuses.h"
-#include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"
-#include "system/unpack_process.h"
+#include "system/programs.h"
 
 #include <gtest/gtest.h>
 
@@ -18,11 +17,12 @@ TEST(UnpackOnWindows, TheProgramIsStartedAsItIs) {
     const TempFolder folder;
     ASSERT_TRUE(make_system_disk()->is_file(unpacker));
     SetEnvironmentVariableW(L"MORVANE_SUP_DLL", nullptr);
-    EXPECT_EQ(run_program({unpacker, "only one"}), unpack_wrong_usage);
-    EXPECT_EQ(
-        run_program({unpacker, folder.write("a b.bgl", ""), folder.file("out.bgl"), folder.path()}),
-        unpack_no_library);
-    EXPECT_EQ(run_program({folder.file("none.exe")}), program_not_started);
+    const auto programs = make_system_programs();
+    EXPECT_EQ(programs->run({{unpacker, "only one"}}, {}).status, unpack_wrong_usage);
+    const ProgramCall call{
+        {unpacker, folder.write("a b.bgl", ""), folder.file("out.bgl"), folder.path()}};
+    EXPECT_EQ(programs->run(call, {}).status, unpack_no_library);
+    EXPECT_THROW(programs->run({{folder.file("none.exe")}}, {}), RuntimeError);
     EXPECT_FALSE(folder.has("out.bgl"));
 }
 

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "bgl/inspector.h"
-#include "bgl/object_lines.h"
+#include "bgl/report.h"
 #include "library/libcomp_fixture.h"
 #include "library/mini_assembler.h"
 
@@ -26,10 +26,9 @@ class RoundTrip : public test::LibraryTest {
 
     std::vector<LibraryObject> read_library() {
         InvalidFileList invalid(*disk, folder.path());
-        std::vector<LibraryObject> objects;
-        const int count = list_library(*disk, folder.file("lib.bgl"), invalid, objects);
-        EXPECT_EQ(count, static_cast<int>(list.lines.size()));
-        return objects;
+        Listing listing = list_library(*disk, folder.file("lib.bgl"), invalid);
+        EXPECT_EQ(listing.state, Listing::State::Listed);
+        return listing.objects;
     }
 
     void expect_same_objects() {
@@ -94,7 +93,8 @@ TEST_F(RoundTrip, TheInspectorListsTheObjectsThatWentIn) {
     ASSERT_TRUE(add_library_object(services, list, fields_with_guid(any_design(1), "1,2,3,4")));
     assemble_library();
     expect_same_objects();
-    Inspector inspector(services, folder.path());
+    const auto programs = make_system_programs();
+    Inspector inspector(services, folder.path(), *programs);
     const Analysis analysis = analyse_file(inspector, folder.file("lib.bgl"), false, true);
     EXPECT_EQ(analysis.header.FL_library_ptr, 130);
     EXPECT_THAT(inspector.box.text(),

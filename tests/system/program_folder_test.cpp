@@ -1,4 +1,6 @@
 #include "base/errors.h"
+#include "base/paths.h"
+#include "support/faulty_disk.h"
 #include "support/temp_folder.h"
 #include "support/without_rights.h"
 #include "system/disk.h"
@@ -40,6 +42,33 @@ TEST_F(ProgramFolder, AFolderThatCannotBeMadeIsAnError) {
     EXPECT_THROW(resolve_program_folder(*disk, {folder.file("file/sub"), "", "", ""}),
                  RuntimeError);
     EXPECT_THROW(resolve_program_folder(*disk, {}), RuntimeError);
+}
+
+// Root may write there.
+TEST_F(ProgramFolder, AFolderOfTheSystemIsPassedOver) {
+    class WritableEverywhere final : public FaultyDisk {
+      public:
+        bool is_writable_folder(const std::string& /*path*/) override { return true; }
+    } everywhere;
+    const std::string data = folder.file("data");
+    for (const char* bin : {"/usr/bin", "/usr", "/usr/local/bin", "/bin", "/opt/morvane", "/sbin",
+                            "/usr/lib/morvane"}) {
+        EXPECT_EQ(resolve_program_folder(everywhere, {"", "", bin, data}), data) << bin;
+    }
+    for (const char* bin : {"/home/me/bin", "/usrlocal", "/optical", "/srv/morvane"}) {
+        EXPECT_EQ(resolve_program_folder(everywhere, {"", "", bin, data}), bin);
+    }
+    // What was asked for is taken all the same.
+    EXPECT_FALSE(is_system_folder(""));
+    EXPECT_EQ(resolve_program_folder(everywhere, {data, "", "/usr/bin", ""}), data);
+}
+
+TEST(HelperFolders, AreBesideTheProgramAndInTheInstalledLibraryFolder) {
+    EXPECT_EQ(
+        helper_folders(join_path("prefix", "bin")),
+        (std::vector<std::string>{
+            join_path("prefix", "bin"),
+            join_path(join_path(join_path(join_path("prefix", "bin"), ".."), "lib"), "morvane")}));
 }
 
 #ifndef _WIN32

@@ -81,7 +81,8 @@ class NotepadOnWindows : public testing::Test {
     std::string name;
     std::string path;
     std::string title;
-    std::unique_ptr<ResultsViewer> viewer = make_system_viewer();
+    std::unique_ptr<Programs> programs = make_system_programs();
+    std::unique_ptr<ResultsViewer> viewer = make_system_viewer(*programs);
 };
 
 TEST_F(NotepadOnWindows, AWindowOfThatTitleIsActivatedAndNoneStarted) {

@@ -5,18 +5,18 @@
 namespace morvane::test {
 namespace {
 
-TEST(WindowsCommandLine, QuotesWhatTheInterpreterWouldTake) {
-    EXPECT_EQ(windows_command_line({{"c:\\my sets\\bglc", "/bgl", "c:\\my sets\\a&b.asm"}},
-                                   "c:\\p (x)\\comp.txt"),
-              "\"c:\\my sets\\bglc\" /bgl \"c:\\my sets\\a&b.asm\" > \"c:\\p (x)\\comp.txt\"");
-    EXPECT_EQ(windows_command_line({{"a", "50%x%", "q\"&b"}}, "o"),
-              "a \"50\"^%\"x\"^%\"\" \"q&b\" > o");
-    EXPECT_EQ(windows_interpreter_line("\"a b\" > c"), "cmd.exe /d /v:off /s /c \"\"a b\" > c\"");
+TEST(WindowsCommandLine, ABatchFileIsQuotedForTheInterpreter) {
+    EXPECT_EQ(
+        windows_command_line({{"c:\\my sets\\bglc.BAT", "/bgl", "c:\\my sets\\a&b.asm"}}),
+        "cmd.exe /d /v:off /s /c \"\"c:\\my sets\\bglc.BAT\" /bgl \"c:\\my sets\\a&b.asm\"\"");
+    EXPECT_EQ(windows_command_line({{"a.cmd", "50%x%", "q\"&b", "end\\ "}}),
+              "cmd.exe /d /v:off /s /c \"a.cmd \"50\"^%\"x\"^%\"\" \"q&b\" \"end\\ \"\"");
 }
 
-TEST(WindowsProgramLine, QuotesAsProgramsTakeItApart) {
-    EXPECT_EQ(windows_program_line({{"c:\\a b\\bglc", "/bgl", "", "q\"x", "end\\", "a\\\"b"}}),
-              "\"c:\\a b\\bglc\" \"/bgl\" \"\" \"q\\\"x\" \"end\\\\\" \"a\\\\\\\"b\"");
+TEST(WindowsCommandLine, AProgramIsQuotedAsItSplitsTheLine) {
+    EXPECT_EQ(
+        windows_command_line({{"c:\\a b\\bglc.exe", "/bgl", "", "q\"x", "e d\\", "a\\\"b", "50%"}}),
+        "\"c:\\a b\\bglc.exe\" /bgl \"\" \"q\\\"x\" \"e d\\\\\" \"a\\\\\\\"b\" \"50%\"");
 }
 
 } // namespace

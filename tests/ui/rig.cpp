@@ -53,7 +53,7 @@ void trigger(const QWidget& window, const char* action) {
 
 Rig::Rig()
     : disk(make_system_disk()),
-      launcher(make_system_launcher()), desk{*disk, dialogs, *launcher, log, settings.path()} {
+      programs(make_system_programs()), desk{*disk, dialogs, *programs, log, settings.path()} {
     restart();
 }
 

@@ -2,7 +2,7 @@
 
 #include "support/temp_folder.h"
 #include "system/disk.h"
-#include "system/launch.h"
+#include "system/programs.h"
 #include "ui/desk.h"
 #include "ui/main_window/main_window.h"
 #include "ui/models/message_log.h"
@@ -66,7 +66,7 @@ class Rig {
     TempFolder folder;   // holds the examples
     TempFolder settings; // the program folder
     std::unique_ptr<Disk> disk;
-    std::unique_ptr<Launcher> launcher;
+    std::unique_ptr<Programs> programs;
     ScriptedDialogs dialogs;
     MessageLog log;
     Desk desk;

@@ -2,7 +2,7 @@
 //   window_speed NANOSECONDS [BASE]     the first being `date +%s%N` at the start
 
 #include "system/disk.h"
-#include "system/launch.h"
+#include "system/programs.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/main_window/main_window.h"
 #include "ui/models/message_log.h"
@@ -48,10 +48,10 @@ class FirstPaint final : public QObject {
 void measure(long long start_ns, const QString& base) {
     const QTemporaryDir settings;
     const auto disk = make_system_disk();
-    const auto launcher = make_system_launcher();
+    const auto programs = make_system_programs();
     SystemDialogs dialogs;
     MessageLog log;
-    Desk desk{*disk, dialogs, *launcher, log, settings.path().toStdString()};
+    Desk desk{*disk, dialogs, *programs, log, settings.path().toStdString()};
     MainWindow window(desk);
     FirstPaint first_paint(start_ns);
     window.installEventFilter(&first_paint);

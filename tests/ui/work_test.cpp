@@ -281,7 +281,7 @@ void WorkTest::unexpectedErrorsEndInABox() {
     QFETCH(QString, text);
     StrangeDisk disk;
     Rig rig;
-    Desk desk{disk, rig.dialogs, *rig.launcher, rig.log, rig.settings.path()};
+    Desk desk{disk, rig.dialogs, *rig.programs, rig.log, rig.settings.path()};
     MainWindow window(desk);
     window.show();
     disk.what = what.toStdString();
@@ -296,7 +296,7 @@ void WorkTest::unexpectedErrorsEndInABox() {
 void WorkTest::closingGoesOnAfterAnUnexpectedError() {
     StrangeDisk disk;
     Rig rig;
-    Desk desk{disk, rig.dialogs, *rig.launcher, rig.log, rig.settings.path()};
+    Desk desk{disk, rig.dialogs, *rig.programs, rig.log, rig.settings.path()};
     MainWindow window(desk);
     window.show();
     click(window, "Command13");

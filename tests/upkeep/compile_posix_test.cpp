@@ -1,7 +1,7 @@
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
-#include "system/recording_launcher.h"
+#include "system/recording_programs.h"
 #include "upkeep/compile.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ class Compile : public testing::Test {
         return path;
     }
     Outcome run() {
-        return run_compile(services, *launcher, job,
+        return run_compile(services, *programs, job,
                            [&](std::string_view text) { output += text; });
     }
 
@@ -36,8 +36,8 @@ class Compile : public testing::Test {
     FaultyDisk disk;
     RecordingReporter reporter;
     Services services{disk, reporter};
-    RecordingLauncher recorder;
-    std::unique_ptr<Launcher> launcher = make_system_launcher();
+    RecordingPrograms recorder;
+    std::unique_ptr<Programs> programs = make_system_programs();
     CompileJob job{folder.file("airport"), home.path()};
     std::string output;
 };
@@ -140,7 +140,7 @@ TEST_F(Compile, AProgramThatIsNoneIsReported) {
 TEST_F(Compile, AProgramThatMayNotBeExecutedIsReported) {
     const std::string path = folder.write("bglc", "#!/bin/sh\n");
     try {
-        launcher->run({{path}}, [](std::string_view) {});
+        programs->run({{path}}, {});
         FAIL() << "it was started";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.code(), ErrorNumber::PermissionDenied);
@@ -151,7 +151,7 @@ TEST_F(Compile, AProgramThatMayNotBeExecutedIsReported) {
 TEST_F(Compile, ACompilerThatCannotBeStartedLeavesAnEmptyResultsFile) {
     const std::string path = folder.write("bglc", "#!/no/such/interpreter\n");
     fs::permissions(path, fs::perms::owner_all);
-    EXPECT_EQ(start_compile(services, *launcher, job), nullptr);
+    EXPECT_EQ(start_compile(services, *programs, job), nullptr);
     EXPECT_EQ(reporter.boxes, (std::vector<RecordingReporter::Box>{
                                   {"Run-time error '53': File not found", Icon::None}}));
     EXPECT_EQ(home.read("comp.txt"), "");
@@ -160,7 +160,7 @@ TEST_F(Compile, ACompilerThatCannotBeStartedLeavesAnEmptyResultsFile) {
 TEST_F(Compile, AResultsFileThatCannotBeWrittenIsToldBeforeTheStart) {
     stand_in("bglc", "touch " + folder.file("started") + "\n");
     job.program_folder = home.file("gone");
-    EXPECT_EQ(start_compile(services, *launcher, job), nullptr);
+    EXPECT_EQ(start_compile(services, *programs, job), nullptr);
     ASSERT_EQ(reporter.boxes.size(), 1U);
     EXPECT_EQ(reporter.boxes[0].text, "Run-time error '53': File not found");
     EXPECT_FALSE(folder.has("started"));
@@ -171,10 +171,10 @@ TEST_F(Compile, AProgramIsLookedForInTheFoldersOfThePath) {
     const std::string program = stand_in("stand-in", "");
     folder.write("home/stand-in", "may not be executed");
     ::setenv("PATH", ("relative::" + folder.file("home") + ":" + folder.path()).c_str(), 1);
-    EXPECT_EQ(launcher->find_on_path("stand-in"), program);
-    EXPECT_EQ(launcher->find_on_path("nowhere"), "");
+    EXPECT_EQ(programs->find_on_path("stand-in"), program);
+    EXPECT_EQ(programs->find_on_path("nowhere"), "");
     ::unsetenv("PATH");
-    EXPECT_EQ(launcher->find_on_path("stand-in"), "");
+    EXPECT_EQ(programs->find_on_path("stand-in"), "");
     ::setenv("PATH", before.c_str(), 1);
 }
 
@@ -199,7 +199,7 @@ TEST_F(Compile, StartDoesNotWaitAndWritesTheResultsFile) {
                          " ]; do sleep 0.01; done\n"
                          "echo last; exit 4\n");
     home.write("comp.txt", "output of an earlier and much longer run");
-    const auto running = start_compile(services, *launcher, job);
+    const auto running = start_compile(services, *programs, job);
     ASSERT_NE(running, nullptr);
     EXPECT_EQ(running->exit_status(), std::nullopt);
     folder.write("go", "");

@@ -17,7 +17,7 @@ class CompileOnWindows : public testing::Test {
     CompileOnWindows() { folder.write("airport.asm", ""); }
 
     Outcome run() {
-        return run_compile(services, *launcher, job,
+        return run_compile(services, *programs, job,
                            [&](std::string_view text) { output += text; });
     }
     int wait_for(RunningProgram& program) {
@@ -32,7 +32,7 @@ class CompileOnWindows : public testing::Test {
     std::unique_ptr<Disk> disk = make_system_disk();
     RecordingReporter reporter;
     Services services{*disk, reporter};
-    std::unique_ptr<Launcher> launcher = make_system_launcher();
+    std::unique_ptr<Programs> programs = make_system_programs();
     CompileJob job{folder.file("airport"), home.path()};
     std::string output;
 };
@@ -56,7 +56,7 @@ TEST_F(CompileOnWindows, AStandInThatFailsIsAFailure) {
 TEST_F(CompileOnWindows, StartWritesTheResultsFileThroughTheInterpreter) {
     folder.write("bglc.bat", "@echo compiled\r\n@exit 4\r\n");
     home.write("comp.txt", "output of an earlier and much longer run");
-    const auto running = start_compile(services, *launcher, job);
+    const auto running = start_compile(services, *programs, job);
     ASSERT_NE(running, nullptr);
     EXPECT_EQ(wait_for(*running), 4);
     EXPECT_EQ(home.read("comp.txt"), "compiled\r\n");
@@ -65,7 +65,7 @@ TEST_F(CompileOnWindows, StartWritesTheResultsFileThroughTheInterpreter) {
 TEST_F(CompileOnWindows, AResultsFileThatCannotBeWrittenIsToldBeforeTheStart) {
     folder.write("bglc.bat", "@echo ran>\"%~dp0ran.txt\"\r\n");
     job.program_folder = home.file("gone");
-    EXPECT_EQ(start_compile(services, *launcher, job), nullptr);
+    EXPECT_EQ(start_compile(services, *programs, job), nullptr);
     EXPECT_EQ(reporter.boxes.size(), 1U);
     EXPECT_FALSE(folder.has("ran.txt"));
 }
@@ -78,12 +78,12 @@ TEST_F(CompileOnWindows, WithoutACompilerTheMessageSaysWhatWasLookedFor) {
 
 TEST_F(CompileOnWindows, AProgramIsFoundByItsNameWithAndWithoutEnding) {
     const std::string program = folder.write("two blanks/bglc.exe", "");
-    EXPECT_TRUE(launcher->can_execute(program));
-    EXPECT_TRUE(launcher->can_execute(folder.path() + "/two blanks/BGLC"));
-    EXPECT_FALSE(launcher->can_execute(folder.file("airport.asm")));
-    EXPECT_FALSE(launcher->can_execute(folder.file("two blanks")));
-    EXPECT_NE(launcher->find_on_path("cmd"), "");
-    EXPECT_EQ(launcher->find_on_path("no-such-program"), "");
+    EXPECT_TRUE(programs->can_execute(program));
+    EXPECT_TRUE(programs->can_execute(folder.path() + "/two blanks/BGLC"));
+    EXPECT_FALSE(programs->can_execute(folder.file("airport.asm")));
+    EXPECT_FALSE(programs->can_execute(folder.file("two blanks")));
+    EXPECT_NE(programs->find_on_path("cmd"), "");
+    EXPECT_EQ(programs->find_on_path("no-such-program"), "");
 }
 
 TEST_F(CompileOnWindows, AFileThatIsNoProgramIsReported) {

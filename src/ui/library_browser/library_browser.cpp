@@ -23,7 +23,7 @@ LibraryBrowser::LibraryBrowser(Desk& desk, WindowState& state)
                    return show_progress(what, done, total);
                }),
       ui_(std::make_unique<Controls>(this)),
-      inspector_({desk.disk, reporter_}, desk.program_folder) {
+      inspector_({desk.disk, reporter_}, desk.program_folder, desk.programs, desk.helpers) {
     ui_->busyBar->hide();
     ui_->splitter->setStretchFactor(1, 1);
     prepare_files();

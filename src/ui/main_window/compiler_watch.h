@@ -1,6 +1,6 @@
 #pragma once
 
-#include "system/launch.h"
+#include "system/programs.h"
 
 #include <QObject>
 

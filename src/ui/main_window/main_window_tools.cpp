@@ -64,7 +64,7 @@ void MainWindow::compile() {
         return;
     }
     const CompileJob job{output_base(), desk_.program_folder};
-    if (auto program = start_compile(services(), desk_.launcher, job)) {
+    if (auto program = start_compile(services(), desk_.programs, job)) {
         tools_.viewer().follow(compile_output_file(job), compiler_.watch(std::move(program)));
     }
 }

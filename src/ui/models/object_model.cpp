@@ -1,7 +1,7 @@
 #include "ui/models/object_model.h"
 
 #include "base/numbers.h"
-#include "bgl/object_lines.h"
+#include "bgl/report.h"
 #include "ui/qt_text.h"
 
 namespace morvane {

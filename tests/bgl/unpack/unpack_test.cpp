@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -19,20 +20,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 const std::string standin = STANDIN_FOLDER;
-
-std::string find_on_path(const std::string& name) {
-    const char* const variable = std::getenv("PATH");
-    std::string_view rest = variable == nullptr ? "" : variable;
-    while (!rest.empty()) {
-        const fs::path program = fs::path(rest.substr(0, rest.find(':'))) / name;
-        if (fs::is_regular_file(program)) {
-            return program.string();
-        }
-        const std::size_t colon = rest.find(':');
-        rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
-    }
-    return {};
-}
 
 /// Runs the 64-bit program under wine, which has a world of its own in the build folder.
 class Unpack : public ::testing::Test {
@@ -64,7 +51,10 @@ class Unpack : public ::testing::Test {
         return folder.write(name, bytes);
     }
     int unpack(const std::string& input, const std::string& output) {
-        return run_program({wine, unpacker, windows(input), windows(output), windows(home.path())});
+        return run({wine, unpacker, windows(input), windows(output), windows(home.path())});
+    }
+    int run(std::vector<std::string> command) {
+        return programs->run({std::move(command)}, {}).status;
     }
     void use_library(const std::string& name) {
         fs::copy_file(standin + "/" + name, home.file("sup.dll"));
@@ -75,7 +65,8 @@ class Unpack : public ::testing::Test {
     test::RecordingReporter reporter;
     std::unique_ptr<Disk> disk = make_system_disk();
     const std::string unpacker = std::string(UNPACK_FOLDER) + "/bglunpack64.exe";
-    const std::string wine = find_on_path("wine");
+    std::unique_ptr<Programs> programs = make_system_programs();
+    const std::string wine = programs->find_on_path("wine");
 };
 
 TEST_F(Unpack, ACompressedLibraryIsListed) {
@@ -83,7 +74,7 @@ TEST_F(Unpack, ACompressedLibraryIsListed) {
     const std::string library = test::library_file(
         {.objects = {{.guid = {1, 2, 3, 4}, .name = "Tower"}, {.name = "Shed"}}});
     const std::string path = write_packed("packed \xC3\xA4.bgl", 1, library);
-    Inspector inspector({*disk, reporter}, home.path(), {UNPACK_FOLDER});
+    Inspector inspector({*disk, reporter}, home.path(), *programs, {UNPACK_FOLDER});
     const Analysis analysis = analyse_file(inspector, path, false, true);
     EXPECT_TRUE(analysis.done);
     EXPECT_THAT(reporter.messages, IsEmpty());
@@ -107,17 +98,28 @@ TEST_F(Unpack, TheCommandLineListsACompressedLibrary) {
                           " 000000000h,000000000h,000000000h,000000000h, 1.0 0 100 Tower\n"));
 }
 
-TEST_F(Unpack, ALongerEarlierFileKeepsItsTail) {
+// The program writes from the first byte on and does not shorten the file: who calls it removes an
+// older file first.
+TEST_F(Unpack, TheProgramAloneLeavesTheTailOfALongerFile) {
     use_library("sup.dll");
     home.write("out.bgl", "an earlier file");
     EXPECT_EQ(unpack(write_packed("a.bgl", 1, "NEW"), home.file("out.bgl")), unpack_done);
     EXPECT_EQ(home.read("out.bgl"), "NEWearlier file");
 }
 
+TEST_F(Unpack, NothingOfALongerEarlierFileIsLeft) {
+    use_library("sup.dll");
+    const std::string library = test::library_file({.objects = {{.name = "Tower"}}});
+    home.write("tmp.bgl", library + "the tail of an earlier file");
+    Inspector inspector({*disk, reporter}, home.path(), *programs, {UNPACK_FOLDER});
+    analyse_file(inspector, write_packed("packed.bgl", 1, library), false, true);
+    EXPECT_EQ(home.read("tmp.bgl"), library);
+}
+
 TEST_F(Unpack, EveryWayToFailHasItsStatus) {
     const std::string good = write_packed("a.bgl", 1, "bytes");
     const std::string output = home.file("out.bgl");
-    EXPECT_EQ(run_program({wine, unpacker, "only one"}), unpack_wrong_usage);
+    EXPECT_EQ(run({wine, unpacker, "only one"}), unpack_wrong_usage);
     EXPECT_EQ(unpack(good, output), unpack_no_library);
     use_library("sup_lacking.dll");
     EXPECT_EQ(unpack(good, output), unpack_no_function);
@@ -131,7 +133,7 @@ TEST_F(Unpack, EveryWayToFailHasItsStatus) {
 
 TEST_F(Unpack, AFaultInTheLibraryStaysThere) {
     use_library("sup.dll");
-    Inspector inspector({*disk, reporter}, home.path(), {UNPACK_FOLDER});
+    Inspector inspector({*disk, reporter}, home.path(), *programs, {UNPACK_FOLDER});
     const Analysis analysis =
         analyse_file(inspector, write_packed("crash.bgl", 3, "bytes"), false, true);
     EXPECT_TRUE(analysis.done);

@@ -1,6 +1,8 @@
-#include "bgl/header_report.h"
+#include "bgl/report.h"
 
 #include "base/numbers.h"
+#include "base/text.h"
+#include "bgl/bgl_file.h"
 
 #include <array>
 #include <cmath>
@@ -72,6 +74,11 @@ std::string raw_label(std::size_t offset, const char* name) {
     return label;
 }
 
+// Without a scale a blank follows the text, on which readers of the reports rely.
+std::string scale_text(const LibraryObject& object) {
+    return object.stored_scale != 0 ? format_decimal(65536.0 / object.stored_scale, 1, 3) : "0.0 ";
+}
+
 } // namespace
 
 void report_header(OutputBox& box, const BglHeader& header, const HeaderExtension& extension,
@@ -107,7 +114,7 @@ void dump_raw_header(OutputBox& box, const BglHeader& header, const HeaderExtens
     for_each_field(extension, [&](std::size_t offset, const char* name, auto field) {
         constexpr std::size_t unnamed_offset = 144;
         if (offset != unnamed_offset) {
-            // Behind the unnamed field the labels are four too low; this is intended.
+            // After the unnamed field the labels are four too low; this is intended.
             const std::size_t shown = offset > unnamed_offset ? offset - 4 : offset;
             box.out_line(raw_label(shown, name) + hex(field));
         }
@@ -126,6 +133,26 @@ double lon_degrees(std::int32_t raw) {
 std::string deg_min_text(double degrees) {
     const double whole = std::floor(degrees);
     return plain_text(whole) + "* " + format_decimal((degrees - whole) * 60, 1, 4);
+}
+
+std::string guid_text(const Guid128& guid) {
+    return guid_word(guid[0]) + "h," + guid_word(guid[1]) + "h," + guid_word(guid[2]) + "h," +
+           guid_word(guid[3]) + "h";
+}
+
+std::string object_name(const LibraryObject& object) {
+    return std::string(trim(object.name));
+}
+
+std::string analysis_line(const LibraryObject& object) {
+    return " " + guid_text(object.guid) + ", " + scale_text(object) + " " +
+           std::to_string(object.type) + " " + std::to_string(object.image_power) + " " +
+           object_name(object);
+}
+
+std::string search_line(const LibraryObject& object) {
+    return guid_text(object.guid) + "," + scale_text(object) + "," + std::to_string(object.type) +
+           "," + object_name(object);
 }
 
 } // namespace morvane

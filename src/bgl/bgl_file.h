@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace morvane {
 
@@ -11,11 +12,15 @@ class Disk;
 class ReadableFile;
 class WritableFile;
 
-/// Why there is no open file, or no list of objects. Counts of objects are never negative.
-inline constexpr int not_a_bgl_name = -1; // missing, or its name does not end in ".bgl"
-inline constexpr int no_library_data = -2;
-inline constexpr int compressed_library = -4;
-inline constexpr int invalid_bgl = -8;
+/// Reads a header from the first `header_size` bytes of a file, which must all be there.
+BglHeader decode_header(std::string_view bytes);
+
+/// Reads an extension from the `extension_size` bytes after the header.
+HeaderExtension decode_extension(std::string_view bytes);
+
+/// Whether `FL_world_set` is 1, 3 or 4. A 2 makes a file invalid although the report has a line
+/// for that kind; this is intended.
+bool is_valid_bgl(const BglHeader& header);
 
 /// The list "error.txt" in the program folder, to which the paths of invalid files are appended.
 class InvalidFileList {
@@ -34,12 +39,18 @@ class InvalidFileList {
     std::unique_ptr<WritableFile> file_; // stays open, since a search can add thousands of lines
 };
 
-/// A file opened as BGL file, with its header.
+enum class BglState {
+    NotABgl, // missing, or its name does not end in ".bgl"
+    Invalid, // its header is not that of a BGL file
+    Valid,
+};
+
+/// What opening a file as a BGL file found.
 struct OpenedBgl {
-    int handle = not_a_bgl_name; // not_a_bgl_name, invalid_bgl, or 1: `file` is open
-    std::unique_ptr<ReadableFile> file;
-    BglHeader header;
-    HeaderExtension extension;
+    BglState state = BglState::NotABgl;
+    std::unique_ptr<ReadableFile> file{}; // open when valid
+    BglHeader header{};
+    HeaderExtension extension{};
 };
 
 /// Opens a BGL file and reads its header, and the extension when the header is valid and

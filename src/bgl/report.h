@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bgl/header.h"
+#include "bgl/library_objects.h"
 #include "bgl/output_box.h"
 
 #include <cstdint>
@@ -22,5 +23,18 @@ double lat_degrees(std::int32_t raw);
 double lon_degrees(std::int32_t raw);
 /// Degrees as "d* m": whole degrees rounded down and positive minutes, so that -1.5 is "-2* 30.0".
 std::string deg_min_text(double degrees);
+
+/// An identifier in the form that a placement takes: four words of nine hexadecimal digits and
+/// "h", joined by ",".
+std::string guid_text(const Guid128& guid);
+
+/// An object's name without the blanks it is padded with.
+std::string object_name(const LibraryObject& object);
+
+/// The line of an object in the report of one file.
+std::string analysis_line(const LibraryObject& object);
+
+/// The line of an object in the report of a search: no blanks, no image power.
+std::string search_line(const LibraryObject& object);
 
 } // namespace morvane
