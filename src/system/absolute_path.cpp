@@ -15,4 +15,23 @@ std::string absolute_path(const std::string& path) {
 #endif
 }
 
+std::string absolute_path(const std::string& path, const std::string& folder) {
+#ifdef _WIN32
+    const std::filesystem::path named = wide_text(path);
+    const std::filesystem::path from = wide_text(folder);
+#else
+    const std::filesystem::path named = path;
+    const std::filesystem::path from = folder;
+#endif
+    if (named.is_absolute()) {
+        return path;
+    }
+    const std::filesystem::path full = (from / named).lexically_normal();
+#ifdef _WIN32
+    return narrow_text(full.wstring());
+#else
+    return full.string();
+#endif
+}
+
 } // namespace morvane

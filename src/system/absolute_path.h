@@ -8,4 +8,9 @@ namespace morvane {
 /// there.
 std::string absolute_path(const std::string& path);
 
+/// The full name of a file that is named as seen from `folder`, which is itself a full name;
+/// without
+/// "." and "..". A path that is full already stays as it is.
+std::string absolute_path(const std::string& path, const std::string& folder);
+
 } // namespace morvane

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "source/line_store.h"
 #include "source/text_files.h"
+#include "system/absolute_path.h"
 #include "system/disk.h"
 #include "system/replace_files.h"
 #include "system/text_writer.h"
@@ -124,8 +125,12 @@ void write_aircraft_paths(Disk& disk, const std::string& folder, const AircraftP
 std::optional<std::string> read_library_folder(Disk& disk, const std::string& folder) {
     try {
         const std::vector<std::string> lines = read_lines(disk, join_path(folder, library_file));
-        if (!lines.empty() && disk.is_folder(lines[0])) {
-            return lines[0];
+        if (lines.empty() || lines[0].empty()) {
+            return std::nullopt;
+        }
+        const std::string shown = absolute_path(lines[0], absolute_path(folder));
+        if (disk.is_folder(shown)) {
+            return shown;
         }
     } catch (const RuntimeError&) {
         return std::nullopt; // quietly: the browser then opens where it would have without

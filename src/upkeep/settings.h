@@ -31,8 +31,8 @@ using AircraftPaths = std::array<std::string, 5>;
 AircraftPaths read_aircraft_paths(const Services& services, const std::string& folder);
 void write_aircraft_paths(Disk& disk, const std::string& folder, const AircraftPaths& paths);
 
-/// "libview.ini": the folder that the library browser showed last. Nothing, quietly, when the file
-/// or that folder is gone.
+/// "libview.ini": the folder that the library browser showed last; a relative one counts from the
+/// program folder. Nothing, quietly, when the file or that folder is gone.
 std::optional<std::string> read_library_folder(Disk& disk, const std::string& folder);
 void write_library_folder(Disk& disk, const std::string& folder, const std::string& shown);
 

@@ -70,7 +70,8 @@ TEST_F(Compile, WithoutACompilerTheMessageSaysWhatWasLookedForAndWhere) {
     ASSERT_EQ(reporter.boxes.size(), 1U);
     EXPECT_EQ(reporter.boxes[0].text, "Error ! The compiler bglc was not found:\n" +
                                           folder.file("bglc") + " is not there\n" +
-                                          folder.file("bglc.exe") + " is not there");
+                                          folder.file("bglc.exe") +
+                                          " is not there\nbglc is not on the PATH");
     EXPECT_EQ(reporter.boxes[0].icon, Icon::Critical);
     EXPECT_TRUE(recorder.calls.empty());
 }
@@ -83,7 +84,150 @@ TEST_F(Compile, WithoutWineOrTheRightToExecuteTheMessageSaysSo) {
     EXPECT_EQ(reporter.boxes[0].text,
               "Error ! The compiler bglc was not found:\n" + folder.file("bglc") +
                   " is there, but cannot be executed\n" + folder.file("bglc.exe") +
-                  " is there, but \"wine\" to run it was not found on the PATH");
+                  " is there, but \"wine\" to run it was not found on the PATH\n"
+                  "bglc is not on the PATH");
+}
+
+TEST_F(Compile, WithoutACompilerInTheSetsFolderThePathIsSearched) {
+    recorder.on_path["bglc"] = "/usr/local/bin/bglc";
+    start_compile(services, recorder, job);
+    recorder.executables = {folder.file("bglc")};
+    start_compile(services, recorder, job);
+    const std::string source = folder.file("airport.asm");
+    EXPECT_EQ(recorder.calls, (Arguments{{"/usr/local/bin/bglc", "/bgl", source},
+                                         {folder.file("bglc"), "/bgl", source}}));
+}
+
+TEST_F(Compile, AWindowsCompilerOnThePathRunsThroughWine) {
+    recorder.on_path["bglc.exe"] = home.write("bglc.exe", "");
+    recorder.on_path["wine"] = "/usr/bin/wine";
+    start_compile(services, recorder, job);
+    ASSERT_EQ(recorder.calls.size(), 1U);
+    EXPECT_EQ(recorder.calls[0][0], "/usr/bin/wine");
+    EXPECT_EQ(recorder.calls[0][1], home.file("bglc.exe"));
+    EXPECT_EQ(recorder.calls[0][3].substr(0, 3), "Z:\\");
+}
+
+TEST_F(Compile, TheCompilerThatIsAskedForComesFirst) {
+    recorder.executables = {folder.file("bglc"), "my tools/asm"};
+    job.compiler = {"my tools/asm", "-q"};
+    start_compile(services, recorder, job);
+    EXPECT_EQ(recorder.calls,
+              (Arguments{{"my tools/asm", "-q", "/bgl", folder.file("airport.asm")}}));
+}
+
+TEST_F(Compile, AWindowsProgramThatIsAskedForRunsThroughWine) {
+    recorder.on_path["wine"] = "/usr/bin/wine";
+    job.compiler = {home.write("bglc.exe", ""), "-q"};
+    start_compile(services, recorder, job);
+    job.compiler = {"wine", "C:\\bglc.exe"};
+    start_compile(services, recorder, job);
+    ASSERT_EQ(recorder.calls.size(), 2U);
+    EXPECT_EQ(recorder.calls[0][0], "/usr/bin/wine");
+    EXPECT_EQ(recorder.calls[0][1], home.file("bglc.exe"));
+    EXPECT_EQ(recorder.calls[0][2], "-q");
+    EXPECT_EQ(recorder.calls[1][1], "C:\\bglc.exe");
+    for (const auto& call : recorder.calls) {
+        EXPECT_TRUE(call.back().starts_with("Z:\\")) << call.back();
+    }
+}
+
+TEST_F(Compile, TheEnvironmentNamesTheCompiler) {
+    recorder.executables = {folder.file("bglc")};
+    recorder.on_path["masm"] = "/usr/bin/masm";
+    ::setenv("MORVANE_COMPILER", "masm 'two words'", 1);
+    start_compile(services, recorder, job);
+    job.compiler = {folder.file("bglc")}; // what is asked for wins
+    start_compile(services, recorder, job);
+    ::setenv("MORVANE_COMPILER", "masm 'not closed", 1);
+    EXPECT_NE(start_compile(services, recorder, job), nullptr);
+    job.compiler.clear();
+    EXPECT_EQ(start_compile(services, recorder, job), nullptr);
+    ::unsetenv("MORVANE_COMPILER");
+    const std::string source = folder.file("airport.asm");
+    EXPECT_EQ(recorder.calls, (Arguments{{"/usr/bin/masm", "two words", "/bgl", source},
+                                         {folder.file("bglc"), "/bgl", source},
+                                         {folder.file("bglc"), "/bgl", source}}));
+    EXPECT_EQ(reporter.boxes, (std::vector<RecordingReporter::Box>{
+                                  {"Error ! MORVANE_COMPILER is not a command: masm 'not closed",
+                                   Icon::Critical}}));
+}
+
+TEST_F(Compile, ACompilerThatIsAskedForAndMissingIsNamed) {
+    recorder.executables = {folder.file("bglc")};
+    job.compiler = {"masm"};
+    EXPECT_EQ(start_compile(services, recorder, job), nullptr);
+    job.compiler = {home.file("masm")};
+    EXPECT_EQ(start_compile(services, recorder, job), nullptr);
+    ASSERT_EQ(reporter.boxes.size(), 2U);
+    EXPECT_EQ(reporter.boxes[0].text,
+              "Error ! The compiler masm was not found:\nmasm is not on the PATH");
+    EXPECT_EQ(reporter.boxes[1].text,
+              "Error ! The compiler " + home.file("masm") + " was not found:\n" +
+                  home.file("masm") + " is not there\n" + home.file("masm.exe") + " is not there");
+    EXPECT_TRUE(recorder.calls.empty());
+}
+
+TEST_F(Compile, AnAircraftIsCompiledWithItsOwnSwitch) {
+    recorder.executables = {folder.file("bglc")};
+    job.mdl = true;
+    start_compile(services, recorder, job);
+    EXPECT_EQ(recorder.calls,
+              (Arguments{{folder.file("bglc"), "/mdl", folder.file("airport.asm")}}));
+}
+
+TEST_F(Compile, TheFrameOfAnAircraftIsNotedUnlessItsSwitchIsGiven) {
+    recorder.executables = {folder.file("bglc")};
+    const std::string frame = folder.write(
+        "airport.asm", "; frame\r\n\r\nmodel_header label dword\r\n    db  'M','D','L','8'\r\n");
+    start_compile(services, recorder, job);
+    EXPECT_EQ(reporter.messages,
+              std::vector<std::string>{"Note: " + frame +
+                                       ":4: this is the frame of an aircraft, which compiles with "
+                                       "/mdl (compile --mdl)"});
+    reporter.messages.clear();
+    job.mdl = true;
+    start_compile(services, recorder, job);
+    job.mdl = false;
+    folder.write("airport.asm", "object_0 label BGLCODE\r\n; visual_model_header\r\n");
+    start_compile(services, recorder, job);
+    EXPECT_TRUE(reporter.messages.empty());
+    folder.write("airport.asm", "visual_model_header label dword");
+    start_compile(services, recorder, job);
+    EXPECT_EQ(reporter.messages.size(), 1U);
+}
+
+TEST_F(Compile, TheCompilerRunsInTheSetsFolder) {
+    stand_in("sets/bglc", "printf '%s %s' \"$PWD\" \"$2\"\n");
+    folder.write("sets/airport.asm", "");
+    job.base = folder.file("sets/airport");
+    EXPECT_EQ(run(), Outcome::Done);
+    EXPECT_EQ(output, folder.file("sets") + " " + folder.file("sets/airport.asm"));
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    job.base = "sets/airport";
+    output.clear();
+    EXPECT_EQ(run(), Outcome::Done);
+    EXPECT_EQ(output, folder.file("sets") + " airport.asm");
+    const auto running = start_compile(services, *programs, job);
+    fs::current_path(before);
+    ASSERT_NE(running, nullptr);
+    for (int i = 0; i < 1000 && !running->exit_status(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(home.read("comp.txt"), output);
+}
+
+TEST(CommandWords, AreSeparatedByBlanksOutsideOfQuotes) {
+    using Words = std::vector<std::string>;
+    EXPECT_EQ(command_words("bglc"), Words{"bglc"});
+    EXPECT_EQ(command_words("  wine\t bglc.exe "), (Words{"wine", "bglc.exe"}));
+    EXPECT_EQ(command_words("\"C:\\my tools\\bglc.exe\" -q"),
+              (Words{"C:\\my tools\\bglc.exe", "-q"}));
+    EXPECT_EQ(command_words("a'b \"c'd ''"), (Words{"ab \"cd", ""}));
+    for (const char* wrong : {"", "  ", "''", "\"bglc", "bglc 'x"}) {
+        EXPECT_EQ(command_words(wrong), std::nullopt) << wrong;
+    }
 }
 
 TEST_F(Compile, ABaseWithoutAFolderLooksInTheRootAndThenHere) {

@@ -1,3 +1,4 @@
+#include "base/paths.h"
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
@@ -85,6 +86,18 @@ TEST_F(Settings, TheLibraryFolderComesBackWhileItIsThere) {
     write_library_folder(disk, folder.path(), folder.file("gone"));
     EXPECT_EQ(read_library_folder(disk, folder.path()), std::nullopt);
     folder.write("libview.ini", "");
+    EXPECT_EQ(read_library_folder(disk, folder.path()), std::nullopt);
+}
+
+TEST_F(Settings, ARelativeLibraryFolderCountsFromTheProgramFolder) {
+    folder.write("scenery/world/a.bgl", "");
+    folder.write("libview.ini", "scenery/world\r\n");
+    EXPECT_EQ(read_library_folder(disk, folder.path()), folder.file("scenery/world"));
+    folder.write("libview.ini", "scenery/world/..\r\n");
+    const auto shown = read_library_folder(disk, folder.path());
+    ASSERT_TRUE(shown);
+    EXPECT_TRUE(disk.is_folder(join_path(*shown, "world")));
+    folder.write("libview.ini", "gone\r\n");
     EXPECT_EQ(read_library_folder(disk, folder.path()), std::nullopt);
 }
 
