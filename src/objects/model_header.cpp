@@ -90,7 +90,7 @@ DictionaryTable load_ext_parameters(const Services& services, const std::string&
         services.reporter.message_box(
             "File " + frame_file_name(base) +
             " cannot be opened (load_ext_parameters): " + error.description());
-        return table;
+        throw; // an empty table would put a second dictionary into a frame that has one
     }
     const std::size_t label = find_label_line(frame);
     if (label == 0) {

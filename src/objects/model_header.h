@@ -21,7 +21,7 @@ double dictionary_size(const DictionaryTable& table);
 
 /// Reads the parameter extension dictionary of the frame file base & ".asm" from disk. Comment
 /// lines and blank lines of its body are left out; a last line without a partner too. Empty when
-/// there is none; a file that cannot be opened shows its message.
+/// there is none. Throws RuntimeError, after its message, when the file cannot be read.
 DictionaryTable load_ext_parameters(const Services& services, const std::string& base);
 
 /// Writes a visual model header with the dictionary in place of the first "dd  0" line; without

@@ -1,4 +1,4 @@
-"""The writing commands, each on files of its own."""
+"""The commands, each on files of its own."""
 
 import os
 import shutil
@@ -71,7 +71,25 @@ ASSEMBLE = ("assemble", "--complete", "complete", "--flexing-wings", "--fuselage
             "--wings-high", "wings_high", "--wings-low", "wings_low", "--shadow-optimization",
             "--shadow", "shadow")
 
+def add_compiler(folder):
+    """One that compiles nothing: only our own calls are of interest."""
+    (folder / "bglc").write_text("#!/bin/sh\necho compiled\n")
+    (folder / "bglc").chmod(0o755)
+
+
 CASES = {
+    "inspect": Case(("inspect", "airport"), ["examples/airport"], reports_only=True),
+    "process-dry-run": Case((*AIRCRAFT, "--dry-run"), ["examples/aircraft-dictionary"],
+                            reports_only=True),
+    "process-lights": Case(("process", "aircraft_lights", "aircraft_lights.toml"),
+                           ["examples/aircraft-lights"], status_when_done=1,
+                           growing=["aircraft_lights.asm"]),
+    "compile": Case(("compile", "airport"), ["examples/airport"], add_compiler,
+                    scratch=["home/comp.txt"], reports_only=True),
+    "library-describe": Case(("library", "describe", "hangar"), ["examples/library"],
+                             reports_only=True),
+    "bgl-analyse": Case(("bgl", "analyse", "airport.BGL"), [LIBRARY_FILE],
+                        scratch=["home/out.txt", "home/error.txt"], reports_only=True),
     "process-one-file": Case(("process", "airport", "airport.toml"), ["examples/airport"],
                              status_when_done=1),
     "process-pair": Case(AIRCRAFT, ["examples/aircraft-dictionary"], status_when_done=1, growing=[FRAME]),
@@ -90,6 +108,9 @@ CASES = {
     "backup-again": Case(("--yes", "backup", "airport"), ["examples/airport"],
                          before=[("backup", "airport")],
                          after=processed_since("airport.asm", "airport_0.asm"), stepwise=True),
+    "backup-forced": Case(("--yes", "backup", "--force", "airport"), ["examples/airport"],
+                          before=[("backup", "airport"), ("process", "airport", "airport.toml")],
+                          stepwise=True),
     "restore": Case(("--yes", "restore", "airport"), ["examples/airport"], before=[("backup", "airport")],
                     after=processed_since("airport.asm", "airport_0.asm"), stepwise=True),
     "rename-labels": Case(("--yes", "rename-labels", "airport_0.asm", "G2"), ["examples/airport"],

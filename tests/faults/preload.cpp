@@ -1,20 +1,24 @@
-// A library that is loaded before all others and makes the n-th call that changes something on the
-// disk go wrong. tests/faults/run_faults.py tells it what to do by environment variables:
+// A library that is loaded before all others and makes the n-th call that reads or changes a file
+// go wrong. tests/faults/run_faults.py tells it what to do by environment variables:
 //
 //   FAULTS_AT       the number of the call, from 1; 0 or nothing lets all succeed
 //   FAULTS_DO       kill       the process dies before the call
 //                   torn       of a write half is done, then the process dies
 //                   powerless  the process dies, and what no fsync has confirmed is lost
-//                   short      a write does half of its work and says so
+//                   short      a read or a write does half of its work and says so
 //                   append     before the call a line is added to the file FAULTS_FILE
 //                   a number   the call fails with this errno
 //   FAULTS_ALWAYS   calls after the n-th go wrong in the same way
 //   FAULTS_JOURNAL  a file to which the name of every call is added
 //
+// Of the reading calls (open, read, pread) those are counted that are about files below the folder
+// the program was started in. Programs that it starts are left alone.
+//
 // Calls about standard output and error are not counted. Nor is what a build does that notes which
 // lines are reached: it makes the notes' folder before the program begins, and writes them when it
 // has ended.
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
@@ -166,12 +170,47 @@ const char* name_of(int fd) {
     return name;
 }
 
+/// Whether a name is that of a file below the folder the program was started in. What the system's
+/// own libraries read is elsewhere.
+bool is_below_start(const char* path) {
+    static char start[4096];
+    if (start[0] == 0 && ::getcwd(start, sizeof start) == nullptr) {
+        return false;
+    }
+    const std::size_t length = std::strlen(start);
+    return path[0] != '/' || (std::strncmp(path, start, length) == 0 && path[length] == '/');
+}
+
+/// How many bytes to ask for in place of `count`, so that a file's rest comes by half.
+std::size_t half_of_the_rest(int fd, off_t offset, std::size_t count) {
+    struct stat status {};
+    if (::fstat(fd, &status) != 0 || status.st_size <= offset) {
+        return count;
+    }
+    const auto rest = static_cast<std::size_t>(status.st_size - offset);
+    return (std::min(rest, count) + 1) / 2;
+}
+
+/// Counts a reading call; how many bytes it is to ask for, or none when it is to fail.
+bool may_read(const char* call, int fd, off_t offset, std::size_t& count) {
+    const char* const name = name_of(fd);
+    if (fd <= STDERR_FILENO || !is_below_start(name)) {
+        return true;
+    }
+    const Turn now = turn(call, name);
+    if (now == Turn::Half) {
+        count = half_of_the_rest(fd, offset, count);
+    }
+    return now != Turn::Fail;
+}
+
 bool is_for_writing(int flags) {
     return (flags & O_ACCMODE) != O_RDONLY || (flags & O_CREAT) != 0;
 }
 
 int open_with(int folder, const char* path, int flags, unsigned mode) {
-    if (is_for_writing(flags) && !may_go("open", path)) {
+    if (is_for_writing(flags) ? !may_go("open", path)
+                              : is_below_start(path) && !may_go("open-for-reading", path)) {
         return -1;
     }
     const int fd = static_cast<int>(::syscall(SYS_openat, folder, path, flags, mode));
@@ -186,6 +225,11 @@ unsigned mode_argument(int flags, va_list arguments) {
 }
 
 } // namespace
+
+// The environment is searched for it when a program is started, and by no one else.
+__attribute__((constructor)) static void leave_other_programs_alone() {
+    ::unsetenv("LD_PRELOAD");
+}
 
 extern "C" {
 
@@ -228,6 +272,24 @@ ssize_t write(int fd, const void* bytes, size_t count) {
         }
     }
     return ::syscall(SYS_write, fd, bytes, count);
+}
+
+ssize_t read(int fd, void* bytes, size_t count) {
+    if (!may_read("read", fd, ::lseek(fd, 0, SEEK_CUR), count)) {
+        return -1;
+    }
+    return ::syscall(SYS_read, fd, bytes, count);
+}
+
+ssize_t pread(int fd, void* bytes, size_t count, off_t offset) {
+    if (!may_read("pread", fd, offset, count)) {
+        return -1;
+    }
+    return ::syscall(SYS_pread64, fd, bytes, count, offset);
+}
+
+ssize_t pread64(int fd, void* bytes, size_t count, off64_t offset) {
+    return pread(fd, bytes, count, offset);
 }
 
 int fsync(int fd) {

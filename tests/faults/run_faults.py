@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Shows that a writing command never leaves a half-written file, wherever it is stopped.
+"""Shows that a command never leaves a half-written file, whichever of its calls goes wrong.
 
     run_faults.py --cli PROGRAM --preload LIBRARY CASE...
 
-Each case of cases.py is run once to count its calls that change the disk. Then it is run again
-for every call, each time in a fresh copy of its files, and that call is made to go wrong in every
-way there is. After each run the files are looked at: whole, old or new, and no third.
+Each case of cases.py is run once to count its calls that read or change files. Then it is run
+again for every call, each time in a fresh copy of its files, and that call is made to go wrong in
+every way there is. After each run the files are looked at: whole, old or new, and no third.
 """
 
 import argparse
@@ -29,6 +29,14 @@ FAILURES = {
     errno.EROFS: ("70", "Permission denied"),
 }
 DEATHS = ("kill", "torn", "powerless")
+
+# Calls that only read. To die before one leaves what dying before the next change leaves.
+READS = ("open-for-reading ", "read ", "pread ")
+READ_FAILURES = {
+    errno.EACCES: FAILURES[errno.EACCES],
+    errno.EIO: FAILURES[errno.EIO],
+    errno.ENOENT: (),  # it was there a moment ago
+}
 
 
 def without_empty_lines(data):
@@ -130,6 +138,41 @@ class Runs:
         return all(now.get(name) == self.new.get(name) for name in {**self.old, **self.new}
                    if not is_own(name))
 
+    def read_fails_at(self, n, code):
+        """Either it does not matter, or the command is refused and says why."""
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO=str(code))
+            if result.returncode == 0:
+                self.require_state(work, self.new, result, strays_allowed=True)
+                return
+            require(result.returncode in (1, 2), "the exit status is not 0, 1 or 2", result)
+            if code == errno.ENOENT:
+                # Some commands have words of their own for a missing file.
+                require(result.stderr, "nothing says why", result)
+            else:
+                # What is wrong with a recipe or a list is described without a number.
+                number, description = READ_FAILURES[code]
+                self.require_words(result, [number, description][result.returncode - 1:])
+            if self.case.stepwise:
+                self.require_told(work, result)
+            else:
+                self.require_state(work, self.old, result)
+
+    def require_words(self, result, words):
+        said = result.stderr.decode("latin-1")
+        for word in words:
+            require(word in said, f"nothing says '{word}'", result)
+
+    def read_short_at(self, n, always):
+        """A read that returns less than it was asked for is carried on."""
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            faults = {"FAULTS_ALWAYS": "1"} if always else {}
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO="short", **faults)
+            require(result.returncode == 0, "a short read is not carried on", result)
+            self.require_state(work, self.new, result)
+
     def run_again(self, work):
         """A following run of the same command works, and takes the strays with it."""
         if self.case.status_when_done is not None and self.is_done(work):
@@ -190,7 +233,7 @@ class Runs:
         with Scratch() as scratch:
             work = self.fresh_copy(scratch)
             result = self.run(work, FAULTS_AT=str(n), FAULTS_DO=str(code), FAULTS_ALWAYS="1")
-            require(result.returncode in (0, 1), "the exit status is neither 0 nor 1", result)
+            require(result.returncode in (0, 1, 2), "the exit status is not 0, 1 or 2", result)
             self.require_whole(work, result)
             self.run_again(work)
 
@@ -204,6 +247,9 @@ class Runs:
 
     def all_faults(self):
         for n, call in enumerate(self.calls, 1):
+            if call.startswith(READS):
+                yield from self.read_faults(n, call)
+                continue
             for how in DEATHS:
                 yield f"{how} at call {n}, {call}", lambda n=n, how=how: self.die_at(n, how)
             for code in FAILURES:
@@ -214,6 +260,18 @@ class Runs:
                 for always in (False, True):
                     yield (f"short write at call {n}, {call}",
                            lambda n=n, always=always: self.write_short_at(n, always))
+
+    def read_faults(self, n, call):
+        for code in READ_FAILURES:
+            if code != errno.ENOENT or call.startswith("open"):
+                name = errno.errorcode[code]
+                yield (f"{name} at call {n}, {call}",
+                       lambda n=n, c=code: self.read_fails_at(n, c))
+        yield f"EIO from call {n} on, {call}", lambda n=n: self.fail_from(n, errno.EIO)
+        if not call.startswith("open"):
+            for always in (False, True):
+                yield (f"short read at call {n}, {call}",
+                       lambda n=n, always=always: self.read_short_at(n, always))
 
 
 def run_case(program, name):

@@ -1,5 +1,6 @@
 #include "objects/model_header.h"
 #include "set_fixture.h"
+#include "support/thrown.h"
 
 #include <gmock/gmock.h>
 
@@ -84,7 +85,9 @@ TEST_F(ModelHeaderTest, AtMost300LinesAreRead) {
 }
 
 TEST_F(ModelHeaderTest, AMissingFrameFileIsReported) {
-    EXPECT_TRUE(load_ext_parameters(services, folder.file("none")).empty());
+    const RuntimeError error =
+        test::thrown_by([&] { load_ext_parameters(services, folder.file("none")); });
+    EXPECT_EQ(error.number(), 53);
     ASSERT_EQ(reporter.boxes.size(), 1U);
     EXPECT_EQ(reporter.boxes[0].text,
               "File " + folder.file("none") +
