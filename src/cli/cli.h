@@ -45,6 +45,7 @@ int report_wrong(const std::vector<std::string>& errors);
 // One function a command file: adds the commands to the program's command line.
 void add_inspect_command(CLI::App& app, Cli& cli);
 void add_process_command(CLI::App& app, Cli& cli);
+void add_check_command(CLI::App& app, Cli& cli);
 void add_tool_commands(CLI::App& app, Cli& cli); // backup, restore, compile, rename-labels
 void add_assemble_command(CLI::App& app, Cli& cli);
 void add_library_commands(CLI::App& app, Cli& cli);

@@ -6,6 +6,7 @@
 #include "library/design.h"
 #include "library/library_list_file.h"
 #include "problems/find_problems.h"
+#include "problems/library_list.h"
 
 #include <iostream>
 
@@ -63,6 +64,11 @@ int create(Cli& cli, const CreateOptions& options) {
         find_file_assembly_problems(*cli.disk, options.output, folder_part(options.list));
     // A design without its file has been named already.
     std::erase_if(problems, [](const Problem& p) { return p.code == "include-missing"; });
+    for (Problem& problem : find_library_list_problems(*cli.disk, *reading.list, options.list)) {
+        if (problem.code != "library-model-missing") {
+            problems.push_back(std::move(problem));
+        }
+    }
     note_problems(cli.reporter, problems);
     return done;
 }

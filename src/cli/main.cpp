@@ -33,6 +33,7 @@ void add_common_options(CLI::App& app, Cli& cli) {
 void add_commands(CLI::App& app, Cli& cli) {
     add_inspect_command(app, cli);
     add_process_command(app, cli);
+    add_check_command(app, cli);
     add_tool_commands(app, cli);
     add_assemble_command(app, cli);
     add_library_commands(app, cli);

@@ -3,7 +3,10 @@
 #include "base/errors.h"
 #include "base/reporter.h"
 #include "base/text.h"
+#include "objects/process.h"
 #include "problems/assembly_checks.h"
+#include "problems/line_checks.h"
+#include "source/open_source_set.h"
 #include "source/source_set.h"
 #include "system/file_bytes.h"
 
@@ -48,19 +51,103 @@ void place_in_model(const ProblemRequest& request, const MergedModel& merged, Pr
     }
 }
 
+// Those that name lines of the opened model, for a reader of the saved one.
+void place_opened_lines(const ProblemRequest& request, const OpenSet& set, Problems& problems) {
+    const MergedModel merged = merge_model(set);
+    for (Problem& problem : problems) {
+        if (request.saved_lines && problem.path == model_file_name(set.base) && problem.line > 0) {
+            problem.line = merged.saved_line(problem.line);
+        }
+    }
+}
+
 void remove_allowed(const std::vector<std::string>& allowed, Problems& problems) {
     std::erase_if(problems, [&](const Problem& problem) {
         return std::find(allowed.begin(), allowed.end(), problem.code) != allowed.end();
     });
 }
 
+// Takes messages down instead of showing them.
+class QuietReporter final : public Reporter {
+  public:
+    void add_message(std::string_view) override {}
+    void note(const Note&) override {}
+    void clear_messages() override {}
+    void message_box(std::string_view text, Icon) override { last_box = text; }
+    bool ask(std::string_view, Icon, std::string_view) override { return false; }
+
+    std::string last_box;
+};
+
+// The set with everything processed that is planned and not processed yet.
+OpenSet processed_set(Disk& disk, const ProblemRequest& request, Problems& problems) {
+    OpenSet set = request.set;
+    QuietReporter reporter;
+    for (const PlannedObject& object : request.planned) {
+        if (!set.opened || !set.translation(object.row).processed.empty()) {
+            continue;
+        }
+        // A windsock that meets a flat triangle leaves the lines before it commented out.
+        const std::optional<OpenSet> before =
+            object.kind == Kind::Windsock ? std::optional(set) : std::nullopt;
+        if (!process_material({disk, reporter}, set, object.row, object.kind, object.parameters)
+                 .processed) {
+            set = before ? *before : set;
+            problems.push_back(
+                {"cannot-process", Severity::Error,
+                 "row " + to_text(object.row) + " cannot be processed: " + reporter.last_box,
+                 object.path, object.line, object.row});
+        }
+    }
+    return set;
+}
+
+void check_planned(const ProblemRequest& request, Problems& problems) {
+    for (const PlannedObject& object : request.planned) {
+        check_object(request.set, object, problems);
+        check_effect_name(object, request.effects, problems);
+        check_identifier(object, request.objects, problems);
+    }
+}
+
+// Everything about the source as the assembler will read it.
+Problems source_problems(Disk& disk, const OpenSet& set, const ProblemRequest& request) {
+    const MergedModel merged = merge_model(set);
+    const FlatSource source = flatten_set(disk, set, output_of(request), merged);
+    Problems problems = find_assembly_problems(source);
+    check_lines(source, problems);
+    check_renaming(source, problems);
+    check_flow(source, problems);
+    check_textures(disk, source, problems);
+    place_in_model(request, merged, problems);
+    return problems;
+}
+
 } // namespace
 
+CheckedSet open_for_check(Disk& disk, const std::string& base) {
+    CheckedSet checked;
+    QuietReporter reporter;
+    if (!open_source_set({disk, reporter}, checked.set, base)) {
+        checked.refusal = reporter.last_box;
+    }
+    checked.loaded = !checked.set.base.empty();
+    return checked;
+}
+
 std::vector<Problem> find_problems(Disk& disk, const ProblemRequest& request) {
-    const MergedModel merged = merge_model(request.set);
-    const FlatSource source = flatten_set(disk, request.set, output_of(request), merged);
-    Problems problems = find_assembly_problems(source);
-    place_in_model(request, merged, problems);
+    Problems problems;
+    const OpenSet set = processed_set(disk, request, problems);
+    const Problems of_source = source_problems(disk, set, request);
+    problems.insert(problems.end(), of_source.begin(), of_source.end());
+    Problems of_set;
+    check_planned(request, of_set);
+    check_frame(set, of_set);
+    check_materials(set, of_set);
+    place_opened_lines(request, set, of_set);
+    problems.insert(problems.end(), of_set.begin(), of_set.end());
+    check_limits(set, problems);
+    check_files(disk, request.set, problems);
     remove_allowed(request.allowed, problems);
     sort_worst_first(problems);
     return problems;

@@ -86,7 +86,8 @@ class Flattener {
         const bool macros = has_ending(path, ".inc");
         std::optional<SourceText> text = find(path);
         if (!text) {
-            source_.missing.push_back({statement, macros});
+            const std::string name = file_name_part(path);
+            source_.missing.push_back({statement, macros, !name.empty() && name != "_0.asm"});
         } else if (macros) {
             take_names(text->lines);
         } else if (open_.size() < deepest &&
@@ -189,6 +190,14 @@ std::size_t MergedModel::opened_line(std::size_t line) const {
         added += piece.count;
     }
     return line - added;
+}
+
+std::size_t MergedModel::saved_line(std::size_t line) const {
+    std::size_t added = 0;
+    for (const Piece& piece : pieces) {
+        added += piece.before <= line ? piece.count : 0;
+    }
+    return line + added;
 }
 
 FlatSource flatten(Disk& disk, SourceText frame, const std::string& folder) {

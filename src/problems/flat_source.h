@@ -25,6 +25,7 @@ struct SourceText {
 struct MissingInclude {
     std::size_t statement = 0; // its place in FlatSource::statements
     bool macros = false;       // an .inc file
+    bool named = false;        // its path names a model, not "_0.asm" alone
 };
 
 /// A source as the assembler reads it: the frame file with its included files in place.
@@ -63,6 +64,8 @@ struct MergedModel {
 
     /// The line of the opened model that a line was; for a generated one the line it goes before.
     std::size_t opened_line(std::size_t line) const;
+    /// Where a line of the opened model is in the merged one.
+    std::size_t saved_line(std::size_t line) const;
 };
 
 MergedModel merge_model(const OpenSet& set);

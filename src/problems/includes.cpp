@@ -38,7 +38,7 @@ void report(const FlatSource& source, const MissingInclude& missing, Problems& p
                                           path +
                                           "\" is included; move the file to a folder "
                                           "without one."));
-    } else if (name.empty() || equal_ignoring_case(name, "_0.asm")) {
+    } else if (!missing.named) {
         problems.push_back(problem_at(source, include, Severity::Error, "include-nameless",
                                       "this line includes no model, as none was given; comment it "
                                       "out, or name a model file."));

@@ -100,8 +100,9 @@ class UseChecker {
   public:
     UseChecker(const FlatSource& source, Problems& problems)
         : source_(source), problems_(problems), definitions_(definitions_of(source)),
-          may_be_elsewhere_(std::any_of(source.missing.begin(), source.missing.end(),
-                                        [](const MissingInclude& file) { return !file.macros; })) {}
+          may_be_elsewhere_(
+              std::any_of(source.missing.begin(), source.missing.end(),
+                          [](const MissingInclude& file) { return !file.macros && file.named; })) {}
 
     void check(const Statement& call) {
         if (macro_rule(call.macro).jump == Jump::None) {

@@ -45,7 +45,7 @@ Lines clean_frame() {
     return {"    include C:\\GMAX\\INCLUDE\\BGL.INC",
             "    include C:\\GMAX\\INCLUDE\\MORVANE.INC",
             "object_0 label BGLCODE",
-            "    SCALE_AGL object_skip,0,0A0h,65536,051EDB8h,0CAAAh,0FCD9FF8Bh,07DD6h,0,0",
+            "    SCALE_AGL object_skip,0,0A0h,65536,051EDB8h,07DD6h,0FCD9FF8Bh,07DD6h,0,0",
             "    INSTANCE_CALL MASTER,0,0,0",
             "object_skip label BGLCODE",
             "    BGL_RETURN",
@@ -106,6 +106,9 @@ void ProblemTest::open() {
 std::vector<std::string> ProblemTest::found() {
     ProblemRequest request{set};
     request.allowed = allowed;
+    request.planned = planned;
+    request.effects = effects;
+    request.objects = objects;
     request.saved_lines = saved_lines;
     problems = find_problems(*disk, request);
     return described();

@@ -56,6 +56,9 @@ class ProblemTest : public ::testing::Test {
     OpenSet set;
     Parameters parameters;
     bool saved_lines = true;
+    std::vector<PlannedObject> planned;
+    std::vector<std::string> effects;
+    std::vector<KnownObject> objects;
     std::vector<std::string> allowed;
     std::vector<Problem> problems;
 

@@ -1,0 +1,144 @@
+#include "base/text.h"
+#include "problems/literals.h"
+#include "problems/set_checks.h"
+#include "source/source_set.h"
+
+#include <algorithm>
+
+namespace morvane {
+
+namespace {
+
+std::string material_text(const OpenSet& set, std::size_t row) {
+    return "row " + to_text(row) + " (MATERIAL " + to_text(set.translation(row).number) + ")";
+}
+
+Problem at_row(const OpenSet& set, std::size_t row, std::size_t line, Severity severity,
+               std::string code, std::string text) {
+    return {std::move(code), severity, std::move(text), model_file_name(set.base), line, row};
+}
+
+void check_block(const OpenSet& set, std::size_t row, Problems& problems) {
+    const MaterialBlock& block = set.translation(row).block;
+    if (block.selecting_line > set.model.count()) {
+        problems.push_back(at_row(
+            set, row, set.translation(row).list_line, Severity::Warning, "material-not-drawn",
+            material_text(set, row) + " is marked but drawn nowhere; draw something with it, or "
+                                      "take its mark away."));
+        return;
+    }
+    std::size_t line = block.selecting_line + 1;
+    const std::size_t opening = line;
+    const auto macro_at = [&](std::size_t at) {
+        return at > set.model.count() ? MacroId::Other : read_statement(set.model.line(at)).macro;
+    };
+    if (macro_at(line) == MacroId::DrawTriBegin) {
+        ++line;
+    }
+    const std::size_t first = line;
+    while (macro_at(line) == MacroId::DrawTri) {
+        ++line;
+    }
+    if (line == first) {
+        problems.push_back(at_row(set, row, opening, Severity::Warning, "empty-block",
+                                  material_text(set, row) +
+                                      " has no triangle in its block; draw one where an object is "
+                                      "wanted."));
+    } else if (macro_at(line) != MacroId::DrawTriEnd) {
+        problems.push_back(at_row(set, row, line, Severity::Warning, "mixed-block",
+                                  material_text(set, row) +
+                                      " has another line among its triangles, so that only those "
+                                      "before it become objects; move the line behind them."));
+    }
+}
+
+void check_places(const OpenSet& set, std::size_t row, Problems& problems) {
+    const std::size_t places = set.translation(row).block.further_places;
+    if (places > 0) {
+        problems.push_back(at_row(set, row, set.translation(row).block.selecting_line,
+                                  Severity::Note, "further-places",
+                                  material_text(set, row) + " is drawn in " + to_text(places) +
+                                      (places == 1 ? " more place" : " more places") +
+                                      ", where its triangles stay; give it one texture to have it "
+                                      "drawn once."));
+    }
+}
+
+bool is_nearly(double value) {
+    return (value > 0 && value <= 0.02) || (value >= 0.98 && value < 1);
+}
+
+// A mark that was meant: each part is 0 or 1 but for a little, and one of them for that little.
+bool is_nearly_marked(const Operands& operands) {
+    bool near = false;
+    bool bright = false;
+    for (std::size_t number = 8; number <= 10; ++number) {
+        const auto part = real_number(operands[number]);
+        if (!part || !(*part == 0 || *part == 1 || is_nearly(*part))) {
+            return false;
+        }
+        near = near || is_nearly(*part);
+        bright = bright || *part > 0.5;
+    }
+    return near && bright;
+}
+
+void check_highlights(const OpenSet& set, Problems& problems) {
+    for (const Material& material : set.materials) {
+        if (is_nearly_marked(Operands(read_statement(material.text).rest))) {
+            problems.push_back({"highlight-nearly-pure", Severity::Warning,
+                                "the material's highlight is nearly one of the seven pure colours, "
+                                "but only a pure one marks it; set its parts to exactly 0 or 255.",
+                                model_file_name(set.base), material.list_line});
+        }
+    }
+}
+
+void check_unprocessed(const OpenSet& set, const std::vector<std::size_t>& rows,
+                       Problems& problems) {
+    if (rows.size() == set.translations.size()) {
+        if (!rows.empty()) {
+            problems.push_back({"unprocessed-material", Severity::Note,
+                                to_text(rows.size()) +
+                                    " marked materials are still drawn as triangles; process "
+                                    "them.",
+                                model_file_name(set.base)});
+        }
+        return;
+    }
+    for (const std::size_t row : rows) {
+        problems.push_back(
+            at_row(set, row, set.translation(row).block.selecting_line, Severity::Note,
+                   "unprocessed-material",
+                   material_text(set, row) + " is not processed; its triangles will be drawn."));
+    }
+}
+
+} // namespace
+
+void check_materials(const OpenSet& set, Problems& problems) {
+    std::vector<std::size_t> left;
+    bool processed_before = false;
+    for (std::size_t row = 1; row <= set.translations.size(); ++row) {
+        if (!set.translation(row).processed.empty()) {
+            continue;
+        }
+        if (is_block_rewritten(set, row)) {
+            processed_before = true;
+            continue;
+        }
+        left.push_back(row);
+        check_block(set, row, problems);
+        check_places(set, row, problems);
+    }
+    if (processed_before) {
+        problems.push_back({"processed-before", Severity::Note,
+                            "the set was processed before; restore it, or export it again, before "
+                            "it is processed anew.",
+                            model_file_name(set.base)});
+    }
+    check_unprocessed(set, left, problems);
+    check_highlights(set, problems);
+}
+
+} // namespace morvane
