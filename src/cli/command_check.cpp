@@ -3,6 +3,7 @@
 #include "cli/cli.h"
 #include "cli/json_text.h"
 #include "problems/find_problems.h"
+#include "problems/quiet_reporter.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/recipe.h"
 #include "upkeep/settings.h"
@@ -70,21 +71,24 @@ int finish(const Cli& cli, const std::vector<Problem>& problems, bool strict) {
 }
 
 PlannedObject planned_object(const Recipe& recipe, const Assignment& assignment, std::size_t row) {
-    return {row, assignment.kind, assignment.parameters, recipe.file, assignment.source_line};
+    return {row, assignment.kind, assignment.parameters, file_of(recipe, assignment),
+            assignment.source_line};
 }
 
-// What the recipe does with the set; nothing when that is wrong, which was reported.
-std::optional<std::vector<PlannedObject>> plan(const OpenSet& set, const Recipe& recipe) {
-    const RecipePlan steps = plan_recipe(set, recipe);
-    if (!steps.errors.empty()) {
-        report_wrong(steps.errors);
-        return std::nullopt;
-    }
+std::vector<PlannedObject> planned_objects(const Recipe& recipe, const RecipePlan& plan) {
     std::vector<PlannedObject> objects;
-    for (const PlannedStep& step : steps.steps) {
+    for (const PlannedStep& step : plan.steps) {
         objects.push_back(planned_object(recipe, recipe.assignments[step.assignment], step.row));
     }
     return objects;
+}
+
+// The set as the recipe makes it; as it is when the recipe cannot be carried out, which the
+// problems will say.
+OpenSet applied(Cli& cli, const OpenSet& set, const Recipe& recipe, const RecipePlan& plan) {
+    OpenSet result = set;
+    QuietReporter quiet;
+    return apply_recipe({*cli.disk, quiet}, result, recipe, plan).ok ? result : set;
 }
 
 int check_set(Cli& cli, const CheckOptions& options, const Recipe* recipe) {
@@ -93,14 +97,21 @@ int check_set(Cli& cli, const CheckOptions& options, const Recipe* recipe) {
         cli.reporter.message_box(checked.refusal, Icon::Critical);
         return failed;
     }
-    ProblemRequest request{checked.set};
-    request.effects = read_effect_names(cli.services(), cli.program_folder());
-    if (recipe != nullptr && checked.set.opened) {
-        auto planned = plan(checked.set, *recipe);
-        if (!planned) {
-            return wrong;
+    RecipePlan plan;
+    OpenSet set = checked.set;
+    if (recipe != nullptr && set.opened) {
+        plan = plan_recipe(set, *recipe);
+        if (!plan.errors.empty()) {
+            return report_wrong(plan.errors);
         }
-        request.planned = std::move(*planned);
+        set = applied(cli, set, *recipe, plan);
+    }
+    ProblemRequest request{set};
+    request.effects = read_effect_names(cli.services(), cli.program_folder());
+    request.opened_frame = &checked.set.frame;
+    if (recipe != nullptr) {
+        request.allowed = recipe->allow;
+        request.planned = planned_objects(*recipe, plan);
     }
     return finish(cli, find_problems(*cli.disk, request), options.strict);
 }
@@ -116,6 +127,10 @@ int check_recipe_alone(Cli& cli, const CheckOptions& options, const Recipe& reci
     for (Problem& problem : problems) {
         problem.row.reset();
     }
+    std::erase_if(problems, [&](const Problem& problem) {
+        return std::find(recipe.allow.begin(), recipe.allow.end(), problem.code) !=
+               recipe.allow.end();
+    });
     sort_worst_first(problems);
     return finish(cli, problems, options.strict);
 }

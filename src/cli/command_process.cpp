@@ -103,7 +103,14 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
         cli.reporter.print_notes();
         return failed;
     }
-    note_problems(cli.reporter, find_set_assembly_problems(*cli.disk, set, output));
+    const bool problems = note_problems(
+        cli.reporter, find_set_assembly_problems(*cli.disk, set, output), recipe.allow);
+    if (problems && options.strict) {
+        cli.reporter.message_box("The result has problems, so nothing was saved (--strict).",
+                                 Icon::Critical);
+        cli.reporter.print_notes();
+        return failed;
+    }
     if (options.dry_run) {
         outcome.diff = diff_of(set, old, output);
     } else if (plan.steps.empty()) {
@@ -148,7 +155,7 @@ void add_process_command(CLI::App& app, Cli& cli) {
                       "Write no file; print the change as a unified diff");
     command->add_flag("--trace", options->trace, "Write the trace files to the current folder");
     command->add_flag("--strict", options->strict,
-                      "Materials that no assignment names are an error");
+                      "Materials that no assignment names, and problems of the result, are errors");
     on_call(*command, cli, [&cli, options] { return run_process(cli, *options); });
 }
 

@@ -6,6 +6,7 @@
 #include "objects/process.h"
 #include "problems/assembly_checks.h"
 #include "problems/line_checks.h"
+#include "problems/quiet_reporter.h"
 #include "source/open_source_set.h"
 #include "source/source_set.h"
 #include "system/file_bytes.h"
@@ -61,23 +62,30 @@ void place_opened_lines(const ProblemRequest& request, const OpenSet& set, Probl
     }
 }
 
+// Lines that a recipe has put into the frame lie together.
+void place_in_opened_frame(const ProblemRequest& request, Problems& problems) {
+    const LineStore& frame = request.set.frame;
+    if (request.opened_frame == nullptr || frame.count() <= request.opened_frame->count()) {
+        return;
+    }
+    const LineStore& opened = *request.opened_frame;
+    const std::size_t added = frame.count() - opened.count();
+    std::size_t first = 1;
+    while (first <= opened.count() && opened.line(first) == frame.line(first)) {
+        ++first;
+    }
+    for (Problem& problem : problems) {
+        if (problem.path == frame_file_name(request.set.base) && problem.line > first) {
+            problem.line = std::max(problem.line, first + added) - added;
+        }
+    }
+}
+
 void remove_allowed(const std::vector<std::string>& allowed, Problems& problems) {
     std::erase_if(problems, [&](const Problem& problem) {
         return std::find(allowed.begin(), allowed.end(), problem.code) != allowed.end();
     });
 }
-
-// Takes messages down instead of showing them.
-class QuietReporter final : public Reporter {
-  public:
-    void add_message(std::string_view) override {}
-    void note(const Note&) override {}
-    void clear_messages() override {}
-    void message_box(std::string_view text, Icon) override { last_box = text; }
-    bool ask(std::string_view, Icon, std::string_view) override { return false; }
-
-    std::string last_box;
-};
 
 // The set with everything processed that is planned and not processed yet.
 OpenSet processed_set(Disk& disk, const ProblemRequest& request, Problems& problems) {
@@ -148,6 +156,7 @@ std::vector<Problem> find_problems(Disk& disk, const ProblemRequest& request) {
     problems.insert(problems.end(), of_set.begin(), of_set.end());
     check_limits(set, problems);
     check_files(disk, request.set, problems);
+    place_in_opened_frame(request, problems);
     remove_allowed(request.allowed, problems);
     sort_worst_first(problems);
     return problems;
@@ -163,7 +172,9 @@ std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& 
     return find_assembly_problems(flatten(disk, {path, LineStore(read_bytes(disk, path))}, folder));
 }
 
-void note_problems(Reporter& reporter, const std::vector<Problem>& problems) {
+bool note_problems(Reporter& reporter, std::vector<Problem> problems,
+                   const std::vector<std::string>& allowed) {
+    remove_allowed(allowed, problems);
     std::map<std::string, std::size_t> counts;
     for (const Problem& problem : problems) {
         if (problem.severity != Severity::Note && ++counts[problem.code] <= most_notes) {
@@ -175,6 +186,7 @@ void note_problems(Reporter& reporter, const std::vector<Problem>& problems) {
             reporter.note({to_text(count - most_notes) + " more of these [" + code + "]"});
         }
     }
+    return !counts.empty();
 }
 
 } // namespace morvane

@@ -20,6 +20,9 @@ struct ProblemRequest {
     std::vector<PlannedObject> planned{}; // what materials become; those already processed too
     std::vector<std::string> effects{};   // the effect list; empty: effects are not looked up
     std::vector<KnownObject> objects{};   // of libraries; empty: identifiers are not looked up
+    // The frame as it is on the disk, when a recipe has put lines into the set's; problems then
+    // name its lines.
+    const LineStore* opened_frame = nullptr;
     // What is named as it will be after a save; otherwise lines of the model file are those that
     // are there now, and generated code belongs to the line that it goes before.
     bool saved_lines = false;
@@ -50,7 +53,9 @@ std::vector<Problem> find_set_assembly_problems(Disk& disk, const OpenSet& set,
 std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& path,
                                                  const std::string& folder = {});
 
-/// Reports errors and warnings as notes, at most 20 of one code.
-void note_problems(Reporter& reporter, const std::vector<Problem>& problems);
+/// Reports errors and warnings as notes, at most 20 of one code and none of those `allowed`. Returns
+/// whether there were any.
+bool note_problems(Reporter& reporter, std::vector<Problem> problems,
+                   const std::vector<std::string>& allowed = {});
 
 } // namespace morvane
