@@ -15,6 +15,7 @@
 #include <QTableView>
 #include <QTimer>
 
+#include <filesystem>
 #include <functional>
 
 namespace morvane::test {
@@ -26,6 +27,8 @@ class LibraryTest : public QObject {
     void nothingSelectedDisablesTheCommands();
     void analyseReports();
     void analyseOfAnInvalidFile();
+    void compressedFilesAreUnpackedAsInstalled_data();
+    void compressedFilesAreUnpackedAsInstalled();
     void rawHeaderIsShownOnRequest();
     void autoClearEmptiesTheReport();
     void clearListEmptiesTheReport();
@@ -139,6 +142,45 @@ void LibraryTest::analyseOfAnInvalidFile() {
     QVERIFY(report(browser).contains(QStringLiteral("This file has not a valid BGL format")));
     QVERIFY(report(browser).contains(QStringLiteral("Raw header data")));
     QVERIFY(rig.settings.has("error.txt"));
+}
+
+// bglunpack is beside the program on Windows, in lib/morvane elsewhere.
+void LibraryTest::compressedFilesAreUnpackedAsInstalled_data() {
+    QTest::addColumn<QString>("helper");
+    QTest::newRow("beside the program") << QStringLiteral("prefix/bin/bglunpack.exe");
+    QTest::newRow("in lib/morvane") << QStringLiteral("prefix/lib/morvane/bglunpack.exe");
+}
+
+void LibraryTest::compressedFilesAreUnpackedAsInstalled() {
+#ifdef _WIN32
+    QSKIP("the stand-in for wine is a script");
+#endif
+    QFETCH(const QString, helper);
+    Rig rig;
+    QCOMPARE(rig.desk.helpers, helper_folders(executable_folder()));
+    rig.settings.write("prefix/bin/morvane", "");
+    rig.settings.write(helper.toStdString(), "");
+    rig.desk.helpers = helper_folders(rig.settings.file("prefix/bin"));
+    // wine PROGRAM INPUT OUTPUT FOLDER
+    const std::string unpacked = rig.settings.write("unpacked", library_bytes("Inside"));
+    const std::string wine =
+        rig.settings.write("bin/wine", "#!/bin/sh\nout=$(printf %s \"$3\" | tr '\\\\' /)\ncp '" +
+                                           unpacked + "' \"${out#Z:}\"\n");
+    std::filesystem::permissions(wine, std::filesystem::perms::owner_all);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QByteArray::fromStdString(rig.settings.file("bin")) + ":" + path);
+    LibrarySpec packed{.objects = {{}}};
+    packed.header.FL_spare2 = 1;
+    rig.folder.write("packed.bgl", library_file(packed));
+    QWidget& browser = open_at(rig);
+    choose_file(browser, QStringLiteral("packed.bgl"));
+    click(browser, "Command1");
+    QCOMPARE(objects(browser).rowCount(), 1);
+    QVERIFY(report(browser).contains(QStringLiteral(" 1.0 0 100 Inside")));
+    click(browser, "Command3");
+    QCOMPARE(objects(browser).rowCount(), 1);
+    QVERIFY(report(browser).contains(QStringLiteral("Compressed lib BGL...: 1")));
+    qputenv("PATH", path);
 }
 
 void LibraryTest::rawHeaderIsShownOnRequest() {
