@@ -30,6 +30,9 @@ class Reporter {
     virtual void clear_messages() = 0;
     /// Shows a message box with an OK button. Lines of `text` are separated by "\n".
     virtual void message_box(std::string_view text, Icon icon = Icon::None) = 0;
+    /// Shows a box that a long command may have to show many times. A window may offer not to show
+    /// it again until the command ends.
+    virtual void repeated_box(std::string_view text, Icon icon) { message_box(text, icon); }
     /// Asks a Yes/No question; true for Yes. An empty `title` is the program's own.
     virtual bool ask(std::string_view text, Icon icon, std::string_view title = {}) = 0;
     /// Called repeatedly during long operations. `total` is 0 while it is not known. Return false

@@ -22,6 +22,10 @@ struct LibraryListReading {
 /// line with a caret under the place. Never throws.
 LibraryListReading read_library_list(const Services& services, const std::string& path);
 
+/// The text of a list file in `folder` that reads back as `list`. A design whose path the list
+/// could not carry as it stands is named by its absolute path.
+std::string library_list_text(const LibraryList& list, const std::string& folder);
+
 struct GuidFilling {
     std::size_t filled = 0;
     std::vector<std::string> errors; // of the list; then it was not changed

@@ -1,7 +1,11 @@
 #include "ui/appearance.h"
 
+#include "ui/access_letters.h"
+
 #include <QApplication>
 #include <QColor>
+#include <QLabel>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleOption>
@@ -11,8 +15,20 @@ namespace morvane {
 
 namespace {
 
+// A check box that is not checked has to be seen too, also on a dark ground.
+void draw_edge(QPainter& painter, const QStyleOption& option) {
+    QColor edge = option.palette.color(QPalette::WindowText);
+    edge.setAlphaF(0.75F);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(edge, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter.restore();
+}
+
 // The style of the platform with some air: captions keep away from the edges of their buttons, and
-// the rows of lists from each other.
+// the rows of lists from each other. Underlines the letters that give_access_letters has chosen.
 class RoomyStyle final : public QProxyStyle {
   public:
     using QProxyStyle::QProxyStyle;
@@ -32,6 +48,41 @@ class RoomyStyle final : public QProxyStyle {
         default:
             return plain;
         }
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_IndicatorCheckBox) {
+            draw_edge(*painter, *option);
+        }
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+        if (button == nullptr || widget == nullptr ||
+            (element != CE_PushButtonLabel && element != CE_CheckBoxLabel)) {
+            QProxyStyle::drawControl(element, option, painter, widget);
+            return;
+        }
+        QStyleOptionButton marked(*button);
+        marked.text = with_access_letter(*widget, marked.text);
+        QProxyStyle::drawControl(element, &marked, painter, widget);
+    }
+
+    void drawItemText(QPainter* painter, const QRect& area, int flags, const QPalette& palette,
+                      bool enabled, const QString& text, QPalette::ColorRole role) const override {
+        const auto* label =
+            qobject_cast<const QLabel*>(painter->device()->devType() == QInternal::Widget
+                                            ? static_cast<const QWidget*>(painter->device())
+                                            : nullptr);
+        if (label == nullptr) {
+            QProxyStyle::drawItemText(painter, area, flags, palette, enabled, text, role);
+            return;
+        }
+        QProxyStyle::drawItemText(painter, area, flags | Qt::TextShowMnemonic, palette, enabled,
+                                  with_access_letter(*label, text), role);
     }
 };
 

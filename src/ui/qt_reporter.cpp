@@ -21,6 +21,7 @@ QtReporter::QtReporter(MessageLog& log, Dialogs& dialogs, QWidget* parent, Progr
 
 void QtReporter::begin_command() {
     notes_.clear();
+    unwanted_.clear();
 }
 
 void QtReporter::add_message(std::string_view text) {
@@ -54,6 +55,13 @@ QString QtReporter::explanation(Icon icon) {
 
 void QtReporter::message_box(std::string_view text, Icon icon) {
     dialogs_.show_box(parent_, shown_text(text), icon, explanation(icon));
+}
+
+void QtReporter::repeated_box(std::string_view text, Icon icon) {
+    const QString shown = shown_text(text);
+    if (!unwanted_.contains(shown) && dialogs_.show_repeated_box(parent_, shown, icon)) {
+        unwanted_.append(shown);
+    }
 }
 
 bool QtReporter::ask(std::string_view text, Icon icon, std::string_view title) {

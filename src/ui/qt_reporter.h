@@ -30,6 +30,7 @@ class QtReporter final : public Reporter {
     void clear_messages() override;
     /// Notes since the last box are shown below the text of a box that reports a failure.
     void message_box(std::string_view text, Icon icon) override;
+    void repeated_box(std::string_view text, Icon icon) override;
     bool ask(std::string_view text, Icon icon, std::string_view title) override;
     bool progress(std::string_view what, std::size_t done, std::size_t total) override;
 
@@ -42,7 +43,8 @@ class QtReporter final : public Reporter {
     Dialogs& dialogs_;
     QWidget* parent_;
     Progress progress_;
-    QStringList notes_; // of this command, since its last box
+    QStringList notes_;    // of this command, since its last box
+    QStringList unwanted_; // boxes that are not to be shown again in this command
 };
 
 /// Runs a command of a form. Whatever it throws ends it with a box, and the program goes on.

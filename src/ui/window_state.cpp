@@ -3,8 +3,11 @@
 #include "base/paths.h"
 #include "ui/qt_text.h"
 
+#include <QCheckBox>
+#include <QHeaderView>
 #include <QMargins>
 #include <QScreen>
+#include <QSplitter>
 #include <QWidget>
 
 namespace morvane {
@@ -16,6 +19,10 @@ constexpr QMargins frame{8, 36, 8, 8};
 
 QString geometry_key(const QWidget& window) {
     return window.objectName() + QStringLiteral("/geometry");
+}
+
+QString part_key(const QWidget& part) {
+    return part.window()->objectName() + QLatin1Char('/') + part.objectName();
 }
 
 // Where on its screen a window without its frame can be.
@@ -87,6 +94,30 @@ QString WindowState::value(const QString& key) const {
 
 void WindowState::set_value(const QString& key, const QString& value) {
     settings_.setValue(key, value);
+}
+
+void WindowState::restore(QSplitter& splitter) {
+    splitter.restoreState(bytes(part_key(splitter)));
+}
+
+void WindowState::keep(const QSplitter& splitter) {
+    set_bytes(part_key(splitter), splitter.saveState());
+}
+
+bool WindowState::restore(QHeaderView& header, const QString& name) {
+    return header.restoreState(bytes(name + QStringLiteral("/columns")));
+}
+
+void WindowState::keep(const QHeaderView& header, const QString& name) {
+    set_bytes(name + QStringLiteral("/columns"), header.saveState());
+}
+
+void WindowState::restore(QCheckBox& box) {
+    box.setChecked(settings_.value(part_key(box), box.isChecked()).toBool());
+}
+
+void WindowState::keep(const QCheckBox& box) {
+    settings_.setValue(part_key(box), box.isChecked());
 }
 
 QByteArray WindowState::bytes(const QString& key) const {

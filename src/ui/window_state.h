@@ -6,6 +6,9 @@
 
 #include <string>
 
+class QCheckBox;
+class QHeaderView;
+class QSplitter;
 class QWidget;
 
 namespace morvane {
@@ -32,6 +35,16 @@ class WindowState {
 
     QString value(const QString& key) const;
     void set_value(const QString& key, const QString& value);
+    /// Sizes and orders that the user has given to the parts of a window, under the names of the
+    /// window and the part. Those that were never kept stay as they are.
+    void restore(QSplitter& splitter);
+    void keep(const QSplitter& splitter);
+    /// False when nothing was kept.
+    bool restore(QHeaderView& header, const QString& name);
+    void keep(const QHeaderView& header, const QString& name);
+    void restore(QCheckBox& box);
+    void keep(const QCheckBox& box);
+
     QByteArray bytes(const QString& key) const;
     void set_bytes(const QString& key, const QByteArray& value);
 

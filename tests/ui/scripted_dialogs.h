@@ -27,6 +27,10 @@ class ScriptedDialogs final : public Dialogs {
                   const QString& explanation) override {
         boxes.push_back({text, icon, explanation});
     }
+    bool show_repeated_box(QWidget* parent, const QString& text, Icon icon) override {
+        show_box(parent, text, icon, {});
+        return no_more_boxes;
+    }
     bool ask(QWidget* /*parent*/, const QString& text, Icon icon, const QString& title) override {
         questions.push_back({text, icon, title});
         return answer;
@@ -43,6 +47,16 @@ class ScriptedDialogs final : public Dialogs {
         filters.append(filter);
         return next_file();
     }
+    QStringList open_files(QWidget* parent, const QString& title, const QString& folder,
+                           const QString& filter) override {
+        QStringList chosen = several;
+        several.clear();
+        if (chosen.isEmpty()) {
+            const QString one = open_file(parent, title, folder, filter);
+            return one.isEmpty() ? QStringList() : QStringList{one};
+        }
+        return chosen;
+    }
     QString save_file(QWidget* parent, const QString& title, const QString& path,
                       const QString& filter) override {
         return open_file(parent, title, path, filter);
@@ -57,6 +71,8 @@ class ScriptedDialogs final : public Dialogs {
     }
 
     bool answer = true;
+    bool no_more_boxes = false;
+    QStringList several; // to be chosen at once
     Unsaved unsaved = Unsaved::Cancel;
     std::deque<QString> files; // to be chosen, in turn; none left: the dialog is cancelled
 

@@ -2,6 +2,7 @@
 
 #include "ui/hourglass.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
@@ -56,6 +57,17 @@ void SystemDialogs::show_box(QWidget* parent, const QString& text, Icon icon,
     box.exec();
 }
 
+bool SystemDialogs::show_repeated_box(QWidget* parent, const QString& text, Icon icon) {
+    const PointerPause pause;
+    QMessageBox box(parent);
+    prepare(box, text, icon, {});
+    box.setStandardButtons(QMessageBox::Ok);
+    auto* no_more = new QCheckBox(QObject::tr("Do not show again in this search"));
+    box.setCheckBox(no_more); // which the box owns from now on
+    box.exec();
+    return no_more->isChecked();
+}
+
 bool SystemDialogs::ask(QWidget* parent, const QString& text, Icon icon, const QString& title) {
     const PointerPause pause;
     QMessageBox box(parent);
@@ -88,6 +100,16 @@ QString SystemDialogs::open_file(QWidget* parent, const QString& title, const QS
                                  const QString& filter) {
     const PointerPause pause;
     return QDir::toNativeSeparators(QFileDialog::getOpenFileName(parent, title, folder, filter));
+}
+
+QStringList SystemDialogs::open_files(QWidget* parent, const QString& title, const QString& folder,
+                                      const QString& filter) {
+    const PointerPause pause;
+    QStringList files = QFileDialog::getOpenFileNames(parent, title, folder, filter);
+    for (QString& file : files) {
+        file = QDir::toNativeSeparators(file);
+    }
+    return files;
 }
 
 QString SystemDialogs::save_file(QWidget* parent, const QString& title, const QString& path,

@@ -1,5 +1,6 @@
 #include "ui/dialogs/effects_dialog.h"
 
+#include "ui/access_letters.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/dialogs/ui_effects_dialog.h"
 #include "ui/qt_text.h"
@@ -30,6 +31,7 @@ EffectsDialog::EffectsDialog(EffectParameters& parameters, const std::vector<std
     connect(&ui_->on_ground, &QCheckBox::toggled, &ui_->terrain_height, &QWidget::setDisabled);
     connect(&ui_->ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(&ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
+    give_access_letters(*this);
     load();
 }
 

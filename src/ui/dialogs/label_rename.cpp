@@ -8,6 +8,7 @@
 #include "ui/hourglass.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
+#include "ui/widgets/file_drop.h"
 #include "upkeep/rename_labels.h"
 
 #include <utility>
@@ -31,6 +32,11 @@ LabelRename::LabelRename(Desk& desk, WindowState& state, std::function<QString()
     connect(&ui_->append, &QPushButton::clicked, this, [this] { run([this] { rename(); }); });
     connect(&ui_->suffix, &QLineEdit::returnPressed, this, [this] { run([this] { rename(); }); });
     show_reports_below();
+    const auto any_file = [](const QString& path) { return path; };
+    accept_dropped_file(ui_->file, any_file);
+    new FileDrop(
+        *this, [](const QStringList& paths) { return paths.size() == 1; },
+        [this](const QStringList& paths) { ui_->file.setText(paths.front()); });
 }
 
 LabelRename::~LabelRename() = default;

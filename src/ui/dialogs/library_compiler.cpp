@@ -4,15 +4,28 @@
 #include "base/version.h"
 #include "library/create_library.h"
 #include "library/design.h"
+#include "library/library_list_file.h"
+#include "system/replace_files.h"
+#include "system/text_writer.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/dialogs/ui_library_compiler.h"
 #include "ui/hourglass.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
+#include "ui/widgets/file_drop.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
 
 namespace morvane {
 
 namespace {
+
+QString list_filter() {
+    return dialog_filter(QStringLiteral("List of objects|*.toml"));
+}
 
 QString source_filter() {
     return dialog_filter(QStringLiteral("*.asm|*.asm"));
@@ -66,18 +79,41 @@ void LibraryCompiler::connect_controls() {
     on_click(ui_->create, &LibraryCompiler::create);
     connect(&ui_->list, &QListWidget::itemSelectionChanged, this, &LibraryCompiler::show_entry);
     connect(&ui_->list, &QListWidget::itemClicked, this, &LibraryCompiler::show_entry);
+    on_click(*ui_->openList, &LibraryCompiler::open_list);
+    on_click(*ui_->newIdentifier, &LibraryCompiler::new_identifier);
+    connect(ui_->saveList, &QPushButton::clicked, this, [this] { run([this] { save_list(); }); });
     show_reports_below();
+    accept_drops();
+}
+
+void LibraryCompiler::accept_drops() {
+    const auto are_designs = [](const QStringList& paths) {
+        return std::all_of(paths.begin(), paths.end(),
+                           [](const QString& path) { return !base_of_file(path).isEmpty(); });
+    };
+    accept_dropped_file(ui_->output, [](const QString& path) { return path; });
+    new FileDrop(
+        ui_->design,
+        [are_designs](const QStringList& paths) { return paths.size() == 1 && are_designs(paths); },
+        [this](const QStringList& paths) { run([&] { show_design(paths.front()); }); });
+    new FileDrop(*this, are_designs,
+                 [this](const QStringList& paths) { run([&] { add_designs(paths); }); });
 }
 
 void LibraryCompiler::choose_design() {
     const QString folder = shown_text(folder_part(path_bytes(ui_->design.text())));
-    const QString chosen =
-        desk_.dialogs.open_file(this, tr("Choose the design"), folder, source_filter());
-    if (chosen.isEmpty()) {
-        return;
+    const QStringList chosen =
+        desk_.dialogs.open_files(this, tr("Choose the design"), folder, source_filter());
+    if (chosen.size() > 1) {
+        add_designs(chosen);
+    } else if (!chosen.isEmpty()) {
+        show_design(chosen.front());
     }
+}
+
+void LibraryCompiler::show_design(const QString& file) {
     const Hourglass hourglass;
-    const std::string base = design_base(path_bytes(chosen));
+    const std::string base = design_base(path_bytes(file));
     ui_->design.setText(shown_text(base));
     if (const auto design = describe_design(services(), base)) {
         ui_->scale.setText(code_text(design->scale));
@@ -86,11 +122,97 @@ void LibraryCompiler::choose_design() {
     }
 }
 
+// Each gets an identifier of its own; image power and type are those of the fields.
+void LibraryCompiler::add_designs(const QStringList& files) {
+    for (const QString& file : files) {
+        show_design(file);
+        new_identifier();
+        add();
+    }
+}
+
+void LibraryCompiler::new_identifier() {
+    ui_->identifier.setText(code_text(identifier_text(random_guid(), false)));
+}
+
 void LibraryCompiler::choose_output() {
-    const QString chosen = desk_.dialogs.save_file(this, tr("Choose the output file"),
-                                                   ui_->output.text(), source_filter());
+    QString chosen = desk_.dialogs.save_file(this, tr("Choose the output file"), ui_->output.text(),
+                                             source_filter());
     if (!chosen.isEmpty()) {
+        if (QFileInfo(chosen).suffix().isEmpty()) {
+            chosen += QStringLiteral(".asm");
+        }
         ui_->output.setText(chosen);
+    }
+}
+
+void LibraryCompiler::open_list() {
+    if (!may_lose_list()) {
+        return;
+    }
+    const QString chosen = desk_.dialogs.open_file(
+        this, tr("Open a list of objects"), shown_text(folder_part(path_bytes(ui_->output.text()))),
+        list_filter());
+    if (chosen.isEmpty()) {
+        return;
+    }
+    const Hourglass hourglass;
+    LibraryListReading reading = read_library_list(services(), path_bytes(chosen));
+    if (!reading.list) {
+        std::string text;
+        for (const std::string& error : reading.errors) {
+            text += (text.empty() ? "" : "\n") + error;
+        }
+        reporter_.message_box(text, Icon::Critical);
+        return;
+    }
+    list_ = std::move(*reading.list);
+    changed_ = false;
+    show_lines();
+}
+
+bool LibraryCompiler::save_list() {
+    const QString chosen = desk_.dialogs.save_file(this, tr("Save the list of objects"),
+                                                   tr("objects.toml"), list_filter());
+    if (chosen.isEmpty()) {
+        return false;
+    }
+    const std::string path = path_bytes(
+        QFileInfo(chosen).suffix().isEmpty() ? chosen + QStringLiteral(".toml") : chosen);
+    const std::string text = library_list_text(list_, folder_part(path));
+    replace_file(desk_.disk, path, [&](TextWriter& out) { out.write(text); });
+    reporter_.note({"the list was saved as " + path});
+    changed_ = false;
+    return true;
+}
+
+bool LibraryCompiler::may_lose_list() {
+    if (!changed_) {
+        return true;
+    }
+    switch (desk_.dialogs.ask_unsaved(
+        this, tr("The list of the library compiler has not been saved. Save it now?"), true)) {
+    case Unsaved::Save:
+        return save_list();
+    case Unsaved::Discard:
+        return true;
+    case Unsaved::Cancel:
+        break;
+    }
+    return false;
+}
+
+bool LibraryCompiler::may_end() {
+    bool may = false;
+    run([&] { may = may_lose_list(); });
+    return may;
+}
+
+void LibraryCompiler::show_lines() {
+    ui_->list.clear();
+    for (const LibraryLine& line : list_.lines) {
+        auto* item = new QListWidgetItem(shown_text(line.base), &ui_->list);
+        item->setData(Qt::UserRole, static_cast<qulonglong>(line.entry));
     }
 }
 
@@ -111,19 +233,21 @@ void LibraryCompiler::add() {
     if (!add_library_object(services(), list_, fields())) {
         return;
     }
+    changed_ = true;
     const LibraryLine& line = list_.lines.back();
     auto* item = new QListWidgetItem(shown_text(line.base), &ui_->list);
     item->setData(Qt::UserRole, static_cast<qulonglong>(line.entry));
 }
 
 void LibraryCompiler::modify() {
-    modify_library_object(services(), list_, selected(), fields());
+    changed_ = modify_library_object(services(), list_, selected(), fields()) || changed_;
 }
 
 void LibraryCompiler::remove() {
     const std::size_t line = selected();
     if (line < list_.lines.size()) {
         remove_library_object(list_, line);
+        changed_ = true;
         delete ui_->list.takeItem(static_cast<int>(line));
     }
 }
@@ -145,7 +269,9 @@ void LibraryCompiler::show_entry() {
 
 void LibraryCompiler::create() {
     const Hourglass hourglass;
-    create_library(services(), list_, path_bytes(ui_->output.text()));
+    if (create_library(services(), list_, path_bytes(ui_->output.text()))) {
+        changed_ = false;
+    }
 }
 
 } // namespace morvane

@@ -16,12 +16,23 @@ class LibraryCompiler : public ToolForm {
     LibraryCompiler(Desk& desk, WindowState& state);
     ~LibraryCompiler() override;
 
+    /// Whether the program may end: asks about a list that is not saved.
+    bool may_end() override;
+
   private:
     struct Controls;
 
     void connect_controls();
     void choose_design();
+    void accept_drops();
+    void show_design(const QString& file);
     void choose_output();
+    void add_designs(const QStringList& files);
+    void open_list();
+    bool save_list();
+    bool may_lose_list();
+    void new_identifier();
+    void show_lines();
     void add();
     void modify();
     void remove();
@@ -33,6 +44,7 @@ class LibraryCompiler : public ToolForm {
 
     std::unique_ptr<Controls> ui_;
     LibraryList list_;
+    bool changed_ = false; // since the list was opened, saved or written as a library
 };
 
 } // namespace morvane

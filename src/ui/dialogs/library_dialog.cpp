@@ -1,5 +1,6 @@
 #include "ui/dialogs/library_dialog.h"
 
+#include "ui/access_letters.h"
 #include "ui/dialogs/ui_library_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
@@ -33,6 +34,7 @@ LibraryDialog::LibraryDialog(LibraryParameters& parameters, QWidget* parent)
             &LibraryDialog::search_results_wanted);
     connect(&ui_->ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(&ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
+    give_access_letters(*this);
 }
 
 LibraryDialog::~LibraryDialog() = default;

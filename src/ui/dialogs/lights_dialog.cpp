@@ -1,5 +1,6 @@
 #include "ui/dialogs/lights_dialog.h"
 
+#include "ui/access_letters.h"
 #include "ui/dialogs/ui_lights_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
@@ -89,6 +90,7 @@ void LightsDialog::connect_controls() {
             [this] { ui_->off_by_day.setChecked(false); });
     connect(&ui_->ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(&ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
+    give_access_letters(*this);
 }
 
 void LightsDialog::accept() {

@@ -11,6 +11,7 @@
 #include "ui/hourglass.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
+#include "ui/widgets/file_drop.h"
 #include "upkeep/backup.h"
 #include "upkeep/settings.h"
 
@@ -43,6 +44,7 @@ ModelModifier::~ModelModifier() = default;
 
 void ModelModifier::connect_controls() {
     for (std::size_t i = 0; i < path_count; ++i) {
+        accept_dropped_file(*ui_->paths.at(i), base_of_file);
         connect(ui_->browse.at(i), &QPushButton::clicked, this,
                 [this, i] { run([this, i] { browse(i); }); });
     }
@@ -62,6 +64,23 @@ void ModelModifier::connect_controls() {
     on_click(ui_->backup, &ModelModifier::backup);
     on_click(ui_->restore, &ModelModifier::restore);
     show_reports_below();
+    new FileDrop(
+        *this,
+        [](const QStringList& paths) {
+            return paths.size() == 1 && !base_of_file(paths.front()).isEmpty();
+        },
+        [this](const QStringList& paths) { take_dropped(base_of_file(paths.front())); });
+}
+
+// A file that is dropped beside the boxes goes into the first one that waits for a path.
+void ModelModifier::take_dropped(const QString& base) {
+    for (QLineEdit* field : ui_->paths) {
+        if (field->isEnabled() && field->text().isEmpty()) {
+            field->setText(base);
+            return;
+        }
+    }
+    ui_->paths.at(CompleteModel)->setText(base);
 }
 
 void ModelModifier::allow(std::size_t part, bool allowed) {

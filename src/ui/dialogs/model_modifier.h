@@ -28,6 +28,7 @@ class ModelModifier : public ToolForm {
     void connect_controls();
     std::array<std::string, path_count> paths() const;
     void browse(std::size_t part);
+    void take_dropped(const QString& base);
     void allow(std::size_t part, bool allowed);
     void process_aircraft();
     void backup();

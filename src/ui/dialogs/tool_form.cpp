@@ -1,5 +1,6 @@
 #include "ui/dialogs/tool_form.h"
 
+#include "ui/access_letters.h"
 #include "ui/widgets/note_strip.h"
 #include "ui/window_state.h"
 
@@ -28,6 +29,7 @@ void ToolForm::show_reports_below() {
 
 void ToolForm::bring_up() {
     if (!placed_) {
+        give_access_letters(*this);
         state_.restore(*this);
         placed_ = true;
     }

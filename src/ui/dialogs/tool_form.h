@@ -23,6 +23,8 @@ class ToolForm : public QWidget {
 
     /// Shows the form, in front and active.
     void bring_up();
+    /// Whether the program, and with it the form, may end.
+    virtual bool may_end() { return true; }
 
   protected:
     /// The user came here from another form.
@@ -45,8 +47,9 @@ class ToolForm : public QWidget {
     Desk& desk_;
     QtReporter reporter_;
 
-  private:
     WindowState& state_;
+
+  private:
     NoteStrip* notes_ = nullptr;
     bool placed_ = false;
 };

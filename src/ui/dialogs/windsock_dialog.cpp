@@ -1,5 +1,6 @@
 #include "ui/dialogs/windsock_dialog.h"
 
+#include "ui/access_letters.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/dialogs/ui_windsock_dialog.h"
 #include "ui/qt_text.h"
@@ -25,6 +26,7 @@ WindsockDialog::WindsockDialog(WindsockParameters& parameters, Dialogs& dialogs,
     connect(&ui_->mast_color, &QLineEdit::textChanged, this, &WindsockDialog::show_color);
     connect(&ui_->ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(&ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
+    give_access_letters(*this);
     show_color(ui_->mast_color.text());
     ui_->mast_color.setText(code_text(parameters_.ws_mastColor));
     ui_->lit.setChecked(parameters_.ws_lit);
@@ -38,6 +40,10 @@ void WindsockDialog::show_color(const QString& text) {
     if (const auto color = platform_color(code_bytes(text))) {
         ui_->preview.set_color(*color);
     }
+    const std::string digits = code_bytes(text);
+    const bool is_color = digits.size() == mast_color_length && platform_color(digits).has_value();
+    ui_->simulatorColor->set_color(is_color ? rgb_color(digits) : QColor());
+    ui_->simulatorText->setText(is_color ? text.toUpper() : tr("not a color: RRGGBB in hex"));
 }
 
 void WindsockDialog::accept() {

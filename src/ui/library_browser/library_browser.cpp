@@ -6,6 +6,8 @@
 #include "ui/dialogs/dialogs.h"
 #include "ui/library_browser/controls.h"
 #include "ui/qt_text.h"
+#include "ui/widgets/file_drop.h"
+#include "ui/window_state.h"
 #include "upkeep/settings.h"
 
 #include <QClipboard>
@@ -31,9 +33,24 @@ LibraryBrowser::LibraryBrowser(Desk& desk, WindowState& state)
     prepare_objects();
     connect_buttons();
     show_reports_below();
+    restore_parts();
 }
 
 LibraryBrowser::~LibraryBrowser() = default;
+
+void LibraryBrowser::restore_parts() {
+    state_.restore(*ui_->splitter);
+    state_.restore(*ui_->fileSplitter);
+    state_.restore(ui_->auto_clear);
+    state_.restore(ui_->show_header);
+}
+
+void LibraryBrowser::keep_parts() {
+    state_.keep(*ui_->splitter);
+    state_.keep(*ui_->fileSplitter);
+    state_.keep(ui_->auto_clear);
+    state_.keep(ui_->show_header);
+}
 
 void LibraryBrowser::prepare_report() {
     ui_->report.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -72,6 +89,10 @@ void LibraryBrowser::connect_buttons() {
     connect(ui_->stopButton, &QPushButton::clicked, this, [this] { stop_wanted_ = true; });
     connect(&ui_->file_name, &QLineEdit::returnPressed, this,
             [this] { select_file(ui_->file_name.text()); });
+    const auto one_file = [](const QStringList& paths) { return paths.size() == 1; };
+    const auto show_file = [this](const QStringList& paths) { select_file(paths.front()); };
+    new FileDrop(ui_->file_name, one_file, show_file);
+    new FileDrop(*this, one_file, show_file);
 }
 
 void LibraryBrowser::browse() {
@@ -115,6 +136,7 @@ void LibraryBrowser::activated() {
     if (const auto kept = read_library_folder(desk_.disk, desk_.program_folder)) {
         show_folder(shown_text(*kept));
     }
+    remembers_ = true;
 }
 
 bool LibraryBrowser::may_close() {
@@ -122,12 +144,20 @@ bool LibraryBrowser::may_close() {
     return !searching_;
 }
 
-void LibraryBrowser::leaving() {
+// Kept at once, since the folder is read anew whenever the user comes back to this window.
+void LibraryBrowser::remember_folder() {
     try {
         write_library_folder(desk_.disk, desk_.program_folder, path_bytes(folder()));
+        kept_folder_ = folder();
     } catch (const RuntimeError& error) {
+        remembers_ = false; // said once
         report_error(reporter_, error, "Error : ", " :");
     }
+}
+
+void LibraryBrowser::leaving() {
+    remember_folder();
+    keep_parts();
 }
 
 } // namespace morvane

@@ -43,6 +43,9 @@ class LibraryBrowser : public ToolForm {
     class Searching;
 
     // library_browser.cpp
+    void restore_parts();
+    void keep_parts();
+    void remember_folder();
     void prepare_report();
     void prepare_objects();
     void connect_buttons();
@@ -82,6 +85,8 @@ class LibraryBrowser : public ToolForm {
     ObjectFilter shown_objects_;
     QString pending_report_; // text of the report that is not in tb1 yet
     QElapsedTimer repainted_;
+    QString kept_folder_;    // as "libview.ini" has it
+    bool remembers_ = false; // the first folder, which nobody chose, is not kept
     bool searching_ = false;
     bool stop_wanted_ = false;
     std::vector<QPointer<QWidget>> held_windows_; // other windows, disabled during a search

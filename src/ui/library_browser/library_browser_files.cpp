@@ -49,6 +49,11 @@ void LibraryBrowser::show_folder(const QString& folder) {
 
 void LibraryBrowser::show_files_of(const QString& folder) {
     ui_->files.setRootIndex(files_->setRootPath(folder));
+    ui_->folderPath->setText(QDir::toNativeSeparators(folder));
+    ui_->folderPath->setToolTip(ui_->folderPath->text());
+    if (remembers_ && ui_->folderPath->text() != kept_folder_) {
+        remember_folder();
+    }
     ui_->files.clearSelection();
     ui_->files.setCurrentIndex({});
     show_selected_file();

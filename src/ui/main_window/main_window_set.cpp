@@ -10,6 +10,7 @@
 #include "ui/main_window/controls.h"
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
+#include "ui/widgets/file_drop.h"
 #include "ui/widgets/platform_color.h"
 
 #include <QDir>
@@ -21,16 +22,6 @@
 namespace morvane {
 
 namespace {
-
-// The base path of the set that a file belongs to; empty for a file of no set.
-QString base_of_file(const QString& path) {
-    for (const QString& ending : {QStringLiteral("_0.asm"), QStringLiteral(".asm")}) {
-        if (path.endsWith(ending, Qt::CaseInsensitive)) {
-            return path.chopped(ending.size());
-        }
-    }
-    return {};
-}
 
 QString base_of_dropped(const QMimeData& data) {
     return data.urls().size() == 1

@@ -12,7 +12,7 @@ namespace {
 
 template <typename Form>
 bool close(const std::unique_ptr<Form>& form) {
-    return !form || form->close();
+    return !form || (form->may_end() && form->close());
 }
 
 } // namespace
