@@ -53,10 +53,11 @@ void place_in_model(const ProblemRequest& request, const MergedModel& merged, Pr
 }
 
 // Those that name lines of the opened model, for a reader of the saved one.
-void place_opened_lines(const ProblemRequest& request, const OpenSet& set, Problems& problems) {
-    const MergedModel merged = merge_model(set);
+void place_opened_lines(const ProblemRequest& request, const MergedModel& merged,
+                        Problems& problems) {
+    const std::string model = model_file_name(request.set.base);
     for (Problem& problem : problems) {
-        if (request.saved_lines && problem.path == model_file_name(set.base) && problem.line > 0) {
+        if (request.saved_lines && problem.path == model && problem.line > 0) {
             problem.line = merged.saved_line(problem.line);
         }
     }
@@ -87,12 +88,20 @@ void remove_allowed(const std::vector<std::string>& allowed, Problems& problems)
     });
 }
 
+bool has_work_left(const ProblemRequest& request) {
+    return request.set.opened &&
+           std::any_of(request.planned.begin(), request.planned.end(),
+                       [&](const PlannedObject& object) {
+                           return request.set.translation(object.row).processed.empty();
+                       });
+}
+
 // The set with everything processed that is planned and not processed yet.
 OpenSet processed_set(Disk& disk, const ProblemRequest& request, Problems& problems) {
     OpenSet set = request.set;
     QuietReporter reporter;
     for (const PlannedObject& object : request.planned) {
-        if (!set.opened || !set.translation(object.row).processed.empty()) {
+        if (!set.translation(object.row).processed.empty()) {
             continue;
         }
         // A windsock that meets a flat triangle leaves the lines before it commented out.
@@ -119,8 +128,8 @@ void check_planned(const ProblemRequest& request, Problems& problems) {
 }
 
 // Everything about the source as the assembler will read it.
-Problems source_problems(Disk& disk, const OpenSet& set, const ProblemRequest& request) {
-    const MergedModel merged = merge_model(set);
+Problems source_problems(Disk& disk, const OpenSet& set, const ProblemRequest& request,
+                         const MergedModel& merged) {
     const FlatSource source = flatten_set(disk, set, output_of(request), merged);
     Problems problems = find_assembly_problems(source);
     check_lines(source, problems);
@@ -128,6 +137,19 @@ Problems source_problems(Disk& disk, const OpenSet& set, const ProblemRequest& r
     check_flow(source, problems);
     check_textures(disk, source, problems);
     place_in_model(request, merged, problems);
+    return problems;
+}
+
+// Everything about materials and tables, whose lines are those of the opened set.
+Problems set_problems(Disk& disk, const OpenSet& set, const ProblemRequest& request,
+                      const MergedModel& merged) {
+    Problems problems;
+    check_planned(request, problems);
+    check_frame(set, problems);
+    check_materials(set, problems);
+    place_opened_lines(request, merged, problems);
+    check_limits(set, problems);
+    check_files(disk, request.set, problems);
     return problems;
 }
 
@@ -145,17 +167,14 @@ CheckedSet open_for_check(Disk& disk, const std::string& base) {
 
 std::vector<Problem> find_problems(Disk& disk, const ProblemRequest& request) {
     Problems problems;
-    const OpenSet set = processed_set(disk, request, problems);
-    const Problems of_source = source_problems(disk, set, request);
-    problems.insert(problems.end(), of_source.begin(), of_source.end());
-    Problems of_set;
-    check_planned(request, of_set);
-    check_frame(set, of_set);
-    check_materials(set, of_set);
-    place_opened_lines(request, set, of_set);
-    problems.insert(problems.end(), of_set.begin(), of_set.end());
-    check_limits(set, problems);
-    check_files(disk, request.set, problems);
+    const bool work_left = has_work_left(request);
+    const OpenSet processed = work_left ? processed_set(disk, request, problems) : OpenSet();
+    const OpenSet& set = work_left ? processed : request.set;
+    const MergedModel merged = merge_model(set);
+    for (const Problems& found :
+         {source_problems(disk, set, request, merged), set_problems(disk, set, request, merged)}) {
+        problems.insert(problems.end(), found.begin(), found.end());
+    }
     place_in_opened_frame(request, problems);
     remove_allowed(request.allowed, problems);
     sort_worst_first(problems);

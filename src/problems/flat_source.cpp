@@ -24,6 +24,16 @@ std::string_view unquoted(std::string_view path) {
     return quoted ? path.substr(1, path.size() - 2) : path;
 }
 
+// Nearly all lines of a large model are vertices and triangles, which need not be read to be told.
+MacroId bulk_macro(std::string_view line) {
+    const std::size_t begin = line.find_first_not_of(" \t");
+    const std::string_view text = begin == std::string_view::npos ? line : line.substr(begin);
+    if (text.starts_with("VERTEX_DEF ")) {
+        return MacroId::VertexDef;
+    }
+    return text.starts_with("DRAW_TRI ") ? MacroId::DrawTri : MacroId::Other;
+}
+
 class Flattener {
   public:
     Flattener(Disk& disk, FlatSource& source, std::vector<std::string> folders)
@@ -41,6 +51,11 @@ class Flattener {
         source_.files.push_back(std::move(text));
         const LineStore lines = source_.files.back().lines; // shares the bytes; `files` may grow
         for (std::size_t line = 1; line <= lines.count(); ++line) {
+            const MacroId bulk = in_macro_ ? MacroId::Other : bulk_macro(lines.line(line));
+            if (bulk != MacroId::Other) {
+                skipped_ += static_cast<std::uint32_t>(macro_rule(bulk).bytes);
+                continue;
+            }
             Statement statement = read_statement(lines.line(line));
             statement.file = file;
             statement.line = static_cast<std::uint32_t>(line);

@@ -71,23 +71,21 @@ constexpr std::array rules{
 };
 static_assert(rules.size() == static_cast<std::size_t>(Dw) + 1);
 
-const std::unordered_map<std::string_view, MacroId>& ids_by_name() {
-    static const auto* const ids = [] {
-        auto* const made = new std::unordered_map<std::string_view, MacroId>{
-            {"end", End}, {"DB", Db}, {"DD", Dd}, {"DW", Dw}};
-        for (const MacroRule& rule : rules) {
-            made->emplace(rule.name, rule.id);
-        }
-        return made;
-    }();
-    return *ids;
+std::unordered_map<std::string_view, MacroId> ids_by_name() {
+    std::unordered_map<std::string_view, MacroId> ids{
+        {"end", End}, {"DB", Db}, {"DD", Dd}, {"DW", Dw}};
+    for (const MacroRule& rule : rules) {
+        ids.emplace(rule.name, rule.id);
+    }
+    return ids;
 }
 
 } // namespace
 
 MacroId macro_id(std::string_view word) {
-    const auto found = ids_by_name().find(word);
-    return found == ids_by_name().end() ? Other : found->second;
+    static const std::unordered_map<std::string_view, MacroId> ids = ids_by_name();
+    const auto found = ids.find(word);
+    return found == ids.end() ? Other : found->second;
 }
 
 const MacroRule& macro_rule(MacroId id) {
