@@ -3,9 +3,13 @@
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
+#include "library/identifier.h"
+#include "raster/lettering.h"
 #include "raster/png.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/recipe.h"
+#include "scene/draw_shape.h"
+#include "scene/read_library.h"
 #include "scene/read_set.h"
 #include "scene/render_picture.h"
 #include "scene/textures.h"
@@ -25,15 +29,17 @@ namespace morvane::cli {
 namespace {
 
 constexpr int largest_side = 8192;
+constexpr raster::PictureSize default_size{800, 600};
 
 struct RenderOptions {
     std::string input; // base path of a set, or a BGL file
     std::string recipe;
     std::string output;
     std::string view = "3d";
-    std::string size = "800x600";
+    std::string size; // empty: the default
     std::string object;
     std::string textures;
+    std::vector<std::string> libraries;
     std::size_t row = 0; // 0: none
     bool no_marks = false;
     bool dark = false;
@@ -148,6 +154,20 @@ bool is_input(Cli& cli, const RenderOptions& options, const std::vector<std::str
     return false;
 }
 
+raster::Camera camera_of(const RenderOptions& options) {
+    raster::Camera camera;
+    camera.view = view_of(options.view);
+    return camera;
+}
+
+scene::Catalogue catalogue_of(Cli& cli, const RenderOptions& options) {
+    scene::Catalogue catalogue;
+    for (const std::string& path : options.libraries) {
+        add_to_catalogue(catalogue, *cli.disk->open_for_reading(path));
+    }
+    return catalogue;
+}
+
 int render_set(Cli& cli, const RenderOptions& options, const raster::PictureSize& size) {
     if (is_input(
             cli, options,
@@ -172,20 +192,99 @@ int render_set(Cli& cli, const RenderOptions& options, const raster::PictureSize
     for (const Note& note : scene->notes) {
         cli.reporter.note(note);
     }
-    raster::Camera camera;
-    camera.view = view_of(options.view);
-    write_picture(cli, render_picture(*scene, camera, size, draw), options.output);
+    const scene::Catalogue catalogue = catalogue_of(cli, options);
+    draw.objects = &catalogue;
+    write_picture(cli, render_picture(*scene, camera_of(options), size, draw), options.output);
     print_set(cli, *scene, options.output);
+    return done;
+}
+
+// The objects asked for: all, or those of a name or identifier.
+std::vector<scene::Shape> shapes_of(Cli& cli, const RenderOptions& options) {
+    const auto file = cli.disk->open_for_reading(options.input);
+    const auto guid = parse_identifier(options.object);
+    std::vector<scene::Shape> shapes;
+    for (const scene::ObjectPlace& place : scene::list_object_places(*file)) {
+        if (options.object.empty() || equal_ignoring_case(place.name, options.object) ||
+            guid == place.guid) {
+            shapes.push_back(read_shape(*file, place));
+        }
+    }
+    return shapes;
+}
+
+raster::Picture picture_of_object(const scene::Shape& shape, const RenderOptions& options,
+                                  const raster::PictureSize& size) {
+    const scene::ShapeOptions draw{.dark = options.dark};
+    raster::Picture picture = thumbnail(shape, size, draw, camera_of(options));
+    const raster::Colour ink = scene::theme_of(options.dark, false).ink;
+    draw_text(picture, 10, 10, shape.name, ink, 2);
+    draw_text(picture, 10, 34, measures_text(shape), ink);
+    return picture;
+}
+
+void print_shapes(const Cli& cli, const std::vector<scene::Shape>& shapes,
+                  const RenderOptions& options) {
+    if (!cli.json) {
+        cli.reporter.print_notes();
+        std::cout << options.output << ": " << shapes.size()
+                  << (shapes.size() == 1 ? " object\n" : " objects\n");
+        return;
+    }
+    Json objects = Json::array();
+    for (const scene::Shape& shape : shapes) {
+        objects.push_back({{"name", json_text(shape.name)},
+                           {"guid_text", identifier_text(shape.guid, true)},
+                           {"facets", shape.faces.size()},
+                           {"commands", shape.commands},
+                           {"trouble", shape.trouble.empty() ? Json() : Json(shape.trouble)}});
+    }
+    print_json({{"output", json_path(options.output)},
+                {"objects", objects},
+                {"messages", json_texts(cli.reporter.messages())}});
+}
+
+int render_library(Cli& cli, const RenderOptions& options,
+                   const std::optional<raster::PictureSize>& size) {
+    if (!options.recipe.empty() || options.row > 0) {
+        return usage_error("a BGL file is drawn without a recipe and without --select");
+    }
+    if (is_input(cli, options, {options.input})) {
+        return usage_error("--output: '" + options.output + "' is the file to be drawn");
+    }
+    const std::vector<scene::Shape> shapes = shapes_of(cli, options);
+    if (shapes.empty()) {
+        cli.reporter.message_box(
+            options.object.empty()
+                ? "There is no library in " + options.input + " that can be drawn."
+                : "There is no object " + options.object + " in " + options.input + ".",
+            Icon::Critical);
+        return failed;
+    }
+    for (const scene::Shape& shape : shapes) {
+        if (!shape.trouble.empty()) {
+            cli.reporter.note({shape.name + ": " + shape.trouble, options.input});
+        }
+    }
+    const raster::Picture picture =
+        shapes.size() == 1 && !options.object.empty()
+            ? picture_of_object(shapes.front(), options, size.value_or(default_size))
+            : sheet(shapes, size.value_or(raster::PictureSize{0, 0}), camera_of(options),
+                    {.dark = options.dark});
+    write_picture(cli, picture, options.output);
+    print_shapes(cli, shapes, options);
     return done;
 }
 
 int run_render(Cli& cli, const RenderOptions& options) {
     const auto size = picture_size(options.size);
-    if (!size) {
+    if (!size && !options.size.empty()) {
         return usage_error("--size: '" + options.size + "' is not WIDTHxHEIGHT, 1 to " +
                            std::to_string(largest_side) + " each");
     }
-    return render_set(cli, options, *size);
+    return has_ending(options.input, ".bgl")
+               ? render_library(cli, options, size)
+               : render_set(cli, options, size.value_or(default_size));
 }
 
 } // namespace
@@ -213,6 +312,10 @@ void add_render_command(CLI::App& app, Cli& cli) {
         ->type_name("NAME");
     command->add_option("--textures", options->textures, "A further folder with textures")
         ->type_name("DIR");
+    command
+        ->add_option("--library", options->libraries,
+                     "A BGL library whose objects are shown where they are called")
+        ->type_name("FILE.bgl");
     command->add_flag("--no-marks", options->no_marks, "Leave out what was generated");
     command->add_flag("--dark", options->dark, "Draw on a dark background");
     on_call(*command, cli, [&cli, options] { return run_render(cli, *options); });

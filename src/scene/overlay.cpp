@@ -20,7 +20,7 @@ std::string length_text(double metres) {
 void draw_north(raster::Picture& picture, const raster::Projection& projection, const Theme& theme,
                 int scale, std::vector<Label>& labels) {
     const double x = picture.size.width - 34 * scale;
-    const double y = 36 * scale;
+    const double y = 46 * scale;
     const double right = projection.axes.right.z * 24 * scale;
     const double up = projection.axes.up.z * 24 * scale;
     const raster::Stroke stroke{.colour = theme.ink, .width = scale};
@@ -66,11 +66,11 @@ double round_length(double length) {
 }
 
 double draw_grid(raster::Picture& picture, const raster::Projection& projection, const Box& box,
-                 const Theme& theme, int scale) {
+                 const Theme& theme, int scale, double finest) {
     const Vec3 size = box.empty() ? Vec3{10, 0, 10} : box.size();
     const Vec3 centre = box.empty() ? Vec3{} : box.centre();
     const double extent = std::max({size.x, size.z, size.y, 1.0}) * 1.2;
-    const double step = std::max(round_length(extent / 12), 0.1);
+    const double step = std::max(round_length(extent / 12), finest);
     const int half = std::min(static_cast<int>(extent / 2 / step) + 1, max_lines / 2);
     const double x0 = std::floor(centre.x / step + 0.5) * step;
     const double z0 = std::floor(centre.z / step + 0.5) * step;

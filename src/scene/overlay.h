@@ -11,9 +11,9 @@ namespace morvane::scene {
 double round_length(double length);
 
 /// A grid on the ground below the box, drawn as a backdrop: whatever is drawn later covers it.
-/// Returns the distance of its lines in metres.
+/// Its lines are at least `finest` metres from each other. Returns their distance.
 double draw_grid(raster::Picture& picture, const raster::Projection& projection, const Box& box,
-                 const Theme& theme, int scale);
+                 const Theme& theme, int scale, double finest = 0.1);
 
 /// A north arrow in the upper right corner and a scale bar in the lower left one, which counts at
 /// the distance of the camera's target.

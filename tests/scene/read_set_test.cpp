@@ -1,5 +1,4 @@
 #include "scene/read_set.h"
-
 #include "support/source_folder.h"
 #include "system/disk.h"
 
