@@ -84,7 +84,7 @@ class Walker {
            Walk& walk)
         : text_(text), index_(index), scene_(scene), problems_(problems), walk_(walk),
           slots_(index.vertices.size()), stamps_(index.vertices.size()),
-          steps_left_(4 * text.lines.size() + 1000000) {}
+          steps_left_(4 * text.lines.size() + 100000) {}
 
     // Everything that the entries lead to.
     void run(const std::vector<std::size_t>& entries, const State& start) {
