@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
+#include <tuple>
 
 namespace morvane {
 
@@ -85,6 +87,14 @@ void place_in_opened_frame(const ProblemRequest& request, Problems& problems) {
 void remove_allowed(const std::vector<std::string>& allowed, Problems& problems) {
     std::erase_if(problems, [&](const Problem& problem) {
         return std::find(allowed.begin(), allowed.end(), problem.code) != allowed.end();
+    });
+}
+
+// Many generated lines may have one fault, and belong to one line before they are written.
+void remove_repeated(Problems& problems) {
+    std::set<std::tuple<std::string, std::string, std::size_t, std::string>> seen;
+    std::erase_if(problems, [&](const Problem& problem) {
+        return !seen.insert({problem.code, problem.path, problem.line, problem.text}).second;
     });
 }
 
@@ -177,6 +187,7 @@ std::vector<Problem> find_problems(Disk& disk, const ProblemRequest& request) {
     }
     place_in_opened_frame(request, problems);
     remove_allowed(request.allowed, problems);
+    remove_repeated(problems);
     sort_worst_first(problems);
     return problems;
 }

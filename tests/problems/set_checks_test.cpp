@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace morvane::test {
 namespace {
 
@@ -243,6 +245,19 @@ TEST_F(PlannedProblems, ALibraryObjectInATurnedModel) {
     EXPECT_THAT(found(), Contains("set_0.asm:11 library-in-turned-model"));
     plan(Kind::Effects);
     EXPECT_THAT(found(), Not(Contains("set_0.asm:11 library-in-turned-model")));
+}
+
+TEST_F(PlannedProblems, OneFaultOfManyGeneratedLinesIsOneProblem) {
+    insert_after(model, "DRAW_TRI ", {"    DRAW_TRI    1,   0,   2"});
+    open();
+    parameters.lights.LightVariable = "beacnt";
+    parameters.lights.LightAttnL = ".4";
+    plan(Kind::Lights);
+    const std::vector<std::string> planned_only = found();
+    EXPECT_EQ(std::count(planned_only.begin(), planned_only.end(), "set_0.asm:12 real-number"), 1);
+    saved_lines = true;
+    EXPECT_THAT(found(),
+                testing::IsSupersetOf({"set_0.asm:20 real-number", "set_0.asm:21 real-number"}));
 }
 
 TEST_F(PlannedProblems, EffectsThatTheListDoesNotHave) {
