@@ -96,16 +96,16 @@ void process_100(benchmark::State& state) {
         state.PauseTiming();
         OpenSet set = files.open();
         state.ResumeTiming();
-        files.process_rows(set, OpenSet::max_records);
-        benchmark::DoNotOptimize(set.generated.size());
+        files.process_rows(set, OpenSet::max_replacements);
+        benchmark::DoNotOptimize(set.replacements.size());
     }
-    state.SetItemsProcessed(state.iterations() * OpenSet::max_records * triangles);
+    state.SetItemsProcessed(state.iterations() * OpenSet::max_replacements * triangles);
 }
 
 void save(benchmark::State& state) {
     LargeSet files(lines_of(state));
     OpenSet set = files.open();
-    files.process_rows(set, OpenSet::max_records);
+    files.process_rows(set, OpenSet::max_replacements);
     for (auto _ : state) {
         set.saved = false;
         benchmark::DoNotOptimize(save_set(files.services(), set, files.base() + "_out").saved);

@@ -34,14 +34,14 @@ bool is_commented_out(std::string_view now, std::string_view loaded) {
 }
 
 // The loaded lines come back when generated lines are taken out and comment marks off. Which lines
-// are generated is read from the records, as Save does.
+// are generated is read from the replacements, as Save does.
 void require_nothing_lost(const OpenSet& set, const std::vector<std::string>& loaded,
                           const std::vector<std::string>& saved) {
     std::size_t at = 0;
     const auto skip_generated = [&](std::size_t line) {
-        for (const ReplacementRecord& record : set.records) {
-            if (record.insertion_line == line) {
-                at += lines_of(text_of(generated_lines(set, record))).size();
+        for (const Replacement* replacement : ordered_replacements(set)) {
+            if (replacement->before_line == line) {
+                at += lines_of(text_of(replacement->code)).size();
             }
         }
     };

@@ -13,6 +13,7 @@ struct Note {
     std::string path{};   // empty: about no file
     std::size_t line = 0; // from 1; 0: about the whole file
     Severity severity = Severity::Note;
+    std::string code{}; // names the check that found it, e.g. "flash-mask"; empty: none did
 
     bool operator==(const Note&) const = default;
 };

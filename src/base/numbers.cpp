@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <system_error>
 
 namespace morvane {
@@ -111,7 +112,7 @@ void round_digits(Decimal& number, std::size_t kept) {
 
 Decimal to_decimal(double value) {
     if (!std::isfinite(value)) {
-        throw RuntimeError(ErrorNumber::Overflow);
+        throw RuntimeError(ErrorNumber::Overflow, "a computed number is too large");
     }
     // So many digits tell every double from the middle between two decimals of 15, which
     // the library's own rounding would take to the even one.
@@ -213,6 +214,14 @@ std::string plain_text(double value) {
     return format_decimal(value, 0, places > 0 ? places : 0);
 }
 
+// For a message: without the many digits of a huge number.
+static std::string number_about(double value) {
+    std::array<char, 32> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                   std::chars_format::general, 15);
+    return {text.data(), end.ptr};
+}
+
 std::int32_t round_to_int32(double value) {
     double whole = std::floor(value);
     const double rest = value - whole;
@@ -220,7 +229,8 @@ std::int32_t round_to_int32(double value) {
         whole += 1;
     }
     if (!(whole >= -2147483648.0 && whole <= 2147483647.0)) {
-        throw RuntimeError(ErrorNumber::Overflow);
+        throw RuntimeError(ErrorNumber::Overflow,
+                           "the number " + number_about(value) + " does not fit into 32 bits");
     }
     return static_cast<std::int32_t>(whole);
 }
@@ -228,7 +238,7 @@ std::int32_t round_to_int32(double value) {
 std::size_t to_index(double value) {
     const std::int32_t index = round_to_int32(value);
     if (index < 0) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "line " + std::to_string(index));
     }
     return static_cast<std::size_t>(index);
 }

@@ -36,11 +36,11 @@ void print_inspect_json(const OpenSet& set, const ConsoleReporter& reporter) {
                 {"vertex_list", set.vertex_list},
                 {"translations", rows},
                 {"placement",
-                 {{"a", placement.placement_a},
-                  {"b", placement.placement_b},
-                  {"b_degrees", placement.placement_b_degrees},
-                  {"line", json_text(placement.placement_line)},
-                  {"rotation", placement.placement_rotation}}},
+                 {{"a", placement.longitude},
+                  {"b", placement.latitude},
+                  {"b_degrees", placement.latitude_degrees},
+                  {"line", json_text(placement.scale_line)},
+                  {"rotation", placement.rotation}}},
                 {"messages", json_texts(reporter.messages())}});
 }
 

@@ -63,15 +63,8 @@ void print_outcome(const Cli& cli, const OpenSet& set, const Processed& outcome)
     print_json(document);
 }
 
-// Lines are changed on the way, so what the files held is kept for comparing.
-struct OldLines {
-    LineStore model;
-    LineStore frame;
-};
-
-std::string diff_of(const OpenSet& set, const OldLines& old, const std::string& output) {
-    return model_diff(set, old.model, model_file_name(output)) +
-           frame_diff(set, old.frame, frame_file_name(output));
+std::string diff_of(const OpenSet& set, const std::string& output) {
+    return model_diff(set, model_file_name(output)) + frame_diff(set, frame_file_name(output));
 }
 
 // The plan of a recipe for an open set; errors in it have been printed when there is none.
@@ -97,7 +90,6 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
     const std::optional<std::string> trace =
         options.trace && !options.dry_run ? std::optional<std::string>("") : std::nullopt;
     Processed outcome;
-    const OldLines old = options.dry_run ? OldLines{set.model, set.frame} : OldLines();
     outcome.applied = apply_recipe(cli.services(), set, recipe, plan, trace);
     if (!outcome.applied.ok) {
         cli.reporter.print_notes();
@@ -112,7 +104,7 @@ int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipeP
         return failed;
     }
     if (options.dry_run) {
-        outcome.diff = diff_of(set, old, output);
+        outcome.diff = diff_of(set, output);
     } else if (plan.steps.empty()) {
         cli.reporter.note({"no assignment matches a material, so nothing was saved."});
     } else {

@@ -25,13 +25,13 @@ std::string high_hex(double value) {
 }
 
 double unit_factor(const Placement& placement) {
-    const double scale = number_field(get_field(placement.placement_line, 4));
+    const double scale = number_field(get_field(placement.scale_line, 4));
     if (!placement.unreadable.empty()) {
         throw RuntimeError(ErrorNumber::DivisionByZero, placement.unreadable);
     }
     if (scale == 0) {
         throw RuntimeError(ErrorNumber::DivisionByZero,
-                           placement.placement_line.empty()
+                           placement.scale_line.empty()
                                ? "the frame file has no SCALE_AGL line"
                                : "the scale in the frame file's SCALE_AGL line is 0");
     }
@@ -59,16 +59,15 @@ Cartesian rotated(double x, double z, double rotation) {
 std::string geo_coordinates(const Placement& placement, const FieldArray& vertex,
                             const Grounding& grounding) {
     const Cartesian place =
-        rotated(number_field(vertex[1]), number_field(vertex[3]), placement.placement_rotation);
+        rotated(number_field(vertex[1]), number_field(vertex[3]), placement.rotation);
     const double y = number_field(vertex[2]);
     const double unit = unit_factor(placement);
-    const double parallel =
-        std::cos(placement.placement_b_degrees * pi / 180) * earth_diameter * pi;
-    const double longitude = placement.placement_a + place.a * unit * (units_per_circle / parallel);
+    const double parallel = std::cos(placement.latitude_degrees * pi / 180) * earth_diameter * pi;
+    const double longitude = placement.longitude + place.a * unit * (units_per_circle / parallel);
     const double northing = place.b * 1000 * unit;
     const double altitude = ground_altitude(grounding) + y * unit;
-    return ", " + high_hex(placement.placement_b + northing / 1000) + ", " +
-           low_part(placement.placement_b + northing) + ", " + high_hex(longitude) + ", " +
+    return ", " + high_hex(placement.latitude + northing / 1000) + ", " +
+           low_part(placement.latitude + northing) + ", " + high_hex(longitude) + ", " +
            low_part(longitude) + ", " + plain_text(std::floor(altitude / 1000)) + ", " +
            low_part(altitude);
 }

@@ -18,27 +18,30 @@ DictionaryRow light_states_row(double offset) {
             "    dd 2," + text + ",4, 057F0E99Dh, 04E9C0523h, 0BB12B6BCh, 0063FE72Fh"};
 }
 
-bool holds_light_states(const DictionaryTable& table) {
-    return std::any_of(table.begin(), table.end(), [](const DictionaryRow& row) {
+} // namespace
+
+bool holds_light_states(const std::vector<DictionaryRow>& dictionary) {
+    return std::any_of(dictionary.begin(), dictionary.end(), [](const DictionaryRow& row) {
         return trim(row.equ_line).starts_with("dict_g_lightStates");
     });
 }
 
-} // namespace
-
-void ensure_light_states(const Services& services, OpenSet& set,
-                         const std::optional<std::string>& trace_folder) {
+bool ensure_light_states(const Services& services, OpenSet& set) {
     if (set.dictionary.empty()) {
         set.dictionary = load_ext_parameters(services, set.base);
     }
     set.frame_changed = true;
     if (set.dictionary.empty()) {
         set.dictionary.push_back(light_states_row(first_offset));
-        insert_model_header(services.disk, set.frame, set.dictionary, trace_folder);
-    } else if (!holds_light_states(set.dictionary)) {
-        set.dictionary.push_back(light_states_row(dictionary_size(set.dictionary)));
-        update_model_header(services.disk, set.frame, set.dictionary, trace_folder);
+        insert_model_header(services.disk, set.frame, set.dictionary);
+        return true;
     }
+    if (!holds_light_states(set.dictionary)) {
+        set.dictionary.push_back(light_states_row(dictionary_size(set.dictionary)));
+        update_model_header(services.disk, set.frame, set.dictionary);
+        return true;
+    }
+    return false;
 }
 
 } // namespace morvane

@@ -3,14 +3,15 @@
 #include "source/open_set.h"
 #include "system/services.h"
 
-#include <optional>
-#include <string>
+#include <vector>
 
 namespace morvane {
 
-/// Makes sure that the set's dictionary, and its frame store, hold the light-states entry that
-/// aircraft lights test, and marks the frame as changed. Throws RuntimeError.
-void ensure_light_states(const Services& services, OpenSet& set,
-                         const std::optional<std::string>& trace_folder);
+/// Whether the dictionary has the entry that aircraft lights test.
+bool holds_light_states(const std::vector<DictionaryRow>& dictionary);
+
+/// Makes sure that the set's dictionary, and its frame store, hold that entry, and marks the frame
+/// as changed. Whether the frame store was rewritten for it. Throws RuntimeError.
+bool ensure_light_states(const Services& services, OpenSet& set);
 
 } // namespace morvane

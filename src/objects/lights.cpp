@@ -1,78 +1,68 @@
-#include "objects/rewrite.h"
+#include "objects/lights.h"
+
+#include "base/text.h"
 
 namespace morvane {
 
 namespace {
 
-constexpr std::size_t set_up_lines = 8;
+using Lines = ObjectCode::Lines;
 
-class Lights final : public KindWriter {
-  public:
-    explicit Lights(const LightParameters& parameters) : parameters_(parameters) {}
-
-    void set_up(Rewriting& to) override {
-        write_condition(to);
-        to.set_up_line(4, to.label() + "b label BGLCODE");
-        to.set_up_line(5, "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
-        write_flash_mask(to);
-        to.set_up_line(8, to.label() + " label BGLCODE");
-        to.raise_base(set_up_lines);
+// What the whole group depends on. With neither flag the first line is empty.
+Lines condition(const std::string& label, const LightParameters& parameters) {
+    if (parameters.DayFlag) {
+        return {"    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL", "    IFIN1 " + label + "b, tod, 1,1",
+                "    BGL_JUMP_32 " + label + "a"};
     }
-
-    void write_triangle(Rewriting& to, const Triangle& triangle) override {
-        const auto field = [&](std::size_t i) { return std::string(triangle.vertex[i]); };
-        // The blank before the comma behind the intensity stands on purpose.
-        to.emit("    BGL_LIGHT " + parameters_.LightType + ", " + field(1) + ", " + field(2) +
-                ", " + field(3) + ", " + parameters_.LightInt + " ," + parameters_.LightAttnL +
-                ", " + parameters_.LightAttS + ", 0FF" + to.material().color + "h, " + field(4) +
-                ", " + field(5) + ", " + field(6));
+    if (parameters.AircraftFlag) {
+        const int bit = light_switch_bit(parameters.LightType);
+        return {";   No globals needed !!!! ",
+                "    IFMSK " + label + "a, dict_g_lightStates , " + std::to_string(bit), ";"};
     }
+    return {"", ";", ";"};
+}
 
-    void close(Rewriting& to) override {
-        to.advance();
-        to.emit(to.label() + "a label BGLCODE");
-        to.raise_base(to.counter());
+Lines flash_mask(const std::string& label, const LightParameters& parameters) {
+    const std::string mask = "," + parameters.LightVariable + ", 0" + parameters.FlashMask + "h";
+    if (parameters.AircraftFlag) {
+        return {"    IFMSK " + label + "a" + mask, ";"};
     }
+    return {"    IFMSK " + label + mask, "    BGL_JUMP_32 " + label + "a"};
+}
 
-  private:
-    // Lines 1 to 3: what the whole group of lights depends on. With neither flag line 1 is left as
-    // it is.
-    void write_condition(Rewriting& to) const {
-        if (parameters_.DayFlag) {
-            to.set_up_line(1, "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
-            to.set_up_line(2, "    IFIN1 " + to.label() + "b, tod, 1,1");
-            to.set_up_line(3, "    BGL_JUMP_32 " + to.label() + "a");
-            return;
-        }
-        to.set_up_line(2, ";");
-        to.set_up_line(3, ";");
-        if (parameters_.AircraftFlag) {
-            const int bit = light_switch_bit(parameters_.LightType);
-            to.set_up_line(1, ";   No globals needed !!!! ");
-            to.set_up_line(2, "    IFMSK " + to.label() + "a, dict_g_lightStates , " +
-                                  std::to_string(bit));
-        }
-    }
+Lines opening(const std::string& label, const LightParameters& parameters) {
+    Lines lines = condition(label, parameters);
+    lines.push_back(label + "b label BGLCODE");
+    lines.emplace_back("    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
+    const Lines mask = flash_mask(label, parameters);
+    lines.insert(lines.end(), mask.begin(), mask.end());
+    lines.push_back(label + " label BGLCODE");
+    return lines;
+}
 
-    void write_flash_mask(Rewriting& to) const {
-        const std::string mask =
-            "," + parameters_.LightVariable + ", 0" + parameters_.FlashMask + "h";
-        if (parameters_.AircraftFlag) {
-            to.set_up_line(6, "    IFMSK " + to.label() + "a" + mask);
-            to.set_up_line(7, ";");
-        } else {
-            to.set_up_line(6, "    IFMSK " + to.label() + mask);
-            to.set_up_line(7, "    BGL_JUMP_32 " + to.label() + "a");
-        }
-    }
-
-    LightParameters parameters_;
-};
+std::string light(const FieldArray& vertex, const std::string& color,
+                  const LightParameters& parameters) {
+    const auto field = [&](std::size_t i) { return std::string(vertex[i]); };
+    // The blank before the comma after the intensity is intended.
+    return "    BGL_LIGHT " + parameters.LightType + ", " + field(1) + ", " + field(2) + ", " +
+           field(3) + ", " + parameters.LightInt + " ," + parameters.LightAttnL + ", " +
+           parameters.LightAttS + ", 0FF" + color + "h, " + field(4) + ", " + field(5) + ", " +
+           field(6);
+}
 
 } // namespace
 
-std::unique_ptr<KindWriter> make_lights(const LightParameters& parameters) {
-    return std::make_unique<Lights>(parameters);
+ObjectCode lights_code(const Translation& material, const LightParameters& parameters) {
+    const std::string label = "LBL" + to_text(material.row);
+    ObjectCode code;
+    code.opening = opening(label, parameters);
+    code.triangle = [color = material.color, parameters](const DrawBlock&,
+                                                         const BlockTriangle& triangle) {
+        return Lines{light(triangle.vertex, color, parameters)};
+    };
+    code.closing = {label + "a label BGLCODE"};
+    code.closing_counts = true;
+    return code;
 }
 
 } // namespace morvane

@@ -55,10 +55,10 @@ bool add_macro_include(LineStore& frame, std::string_view file) {
     return true;
 }
 
-void include_macros(OpenSet& set, std::string_view file) {
-    if (add_macro_include(set.frame, file)) {
-        set.frame_changed = true;
-    }
+bool include_macros(OpenSet& set, std::string_view file) {
+    const bool added = add_macro_include(set.frame, file);
+    set.frame_changed = set.frame_changed || added;
+    return added;
 }
 
 } // namespace morvane

@@ -17,6 +17,6 @@ std::string included_file(std::string_view line);
 bool add_macro_include(LineStore& frame, std::string_view file);
 
 /// The same for an open set, whose frame file Save then writes.
-void include_macros(OpenSet& set, std::string_view file);
+bool include_macros(OpenSet& set, std::string_view file);
 
 } // namespace morvane

@@ -56,22 +56,55 @@ std::size_t find_label_line(const LineStore& frame) {
     return 0;
 }
 
-// The lines of the body that count. The line behind the label is the body's size.
-std::vector<std::string> body_lines(const LineStore& frame, std::size_t label) {
-    std::vector<std::string> kept;
-    for (std::size_t i = label + 2; i < frame.upper(); ++i) {
+// A dictionary's body. The line after the label is its size.
+struct Body {
+    std::vector<std::string> lines; // those that count, 300 at most
+    std::size_t end = 0;            // index of the end label's line; 0 when there is none
+    std::size_t count = 0;          // of the lines that would count without the limit
+};
+
+Body read_body(const LineStore& frame, std::size_t label) {
+    Body body;
+    for (std::size_t i = label + 2; i < frame.upper() && body.end == 0; ++i) {
         const std::string_view line = trim(frame.line(i));
-        if (line.starts_with(dictionary_end) || kept.size() == max_dictionary_lines) {
-            break;
-        }
-        if (!line.empty() && line.front() != ';') {
-            kept.emplace_back(frame.line(i));
+        if (line.starts_with(dictionary_end)) {
+            body.end = i;
+        } else if (!line.empty() && line.front() != ';') {
+            if (++body.count <= max_dictionary_lines) {
+                body.lines.emplace_back(frame.line(i));
+            }
         }
     }
-    return kept;
+    return body;
 }
 
 } // namespace
+
+std::vector<Note> check_dictionary(const LineStore& frame, const std::string& path) {
+    const std::size_t label = find_label_line(frame);
+    if (label == 0) {
+        if (find_trimmed_prefix("dd  0", frame) != 0) {
+            return {};
+        }
+        return {{"there is neither a parameter dictionary nor a \"dd  0\" line to put one in, so "
+                 "dict_g_lightStates, which aircraft lights test, stays undefined.",
+                 path, 0, Severity::Error, "dictionary-missing"}};
+    }
+    const Body body = read_body(frame, label);
+    std::vector<Note> notes;
+    if (body.end == 0) {
+        notes.push_back({"the parameter dictionary has no param_extension_dictionary_end label, so "
+                         "dict_g_lightStates cannot be added to it.",
+                         path, label, Severity::Error, "dictionary-end"});
+    }
+    if (body.count > max_dictionary_lines) {
+        notes.push_back({"the parameter dictionary has more than " +
+                             to_text(max_dictionary_lines / 2) +
+                             " entries; those after them are dropped when it is written anew.",
+                         path, label, Severity::Warning, "dictionary-full"});
+    }
+    return notes;
+}
 
 double dictionary_size(const DictionaryTable& table) {
     if (table.empty()) {
@@ -96,14 +129,15 @@ DictionaryTable load_ext_parameters(const Services& services, const std::string&
     if (label == 0) {
         return table;
     }
-    const std::vector<std::string> kept = body_lines(frame, label);
+    const std::vector<std::string> kept = read_body(frame, label).lines;
     for (std::size_t i = 0; i + 1 < kept.size(); i += 2) {
         table.push_back({kept[i], kept[i + 1]});
     }
     if (kept.size() % 2 != 0) {
         services.reporter.note({"the last line of the parameter dictionary has no partner and "
-                                "is not taken over: " +
-                                kept.back()});
+                                "is dropped: " +
+                                    kept.back(),
+                                frame_file_name(base), label});
     }
     return table;
 }

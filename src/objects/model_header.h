@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/note.h"
 #include "source/line_store.h"
 #include "source/open_set.h"
 #include "system/services.h"
@@ -23,6 +24,10 @@ double dictionary_size(const DictionaryTable& table);
 /// lines and blank lines of its body are left out; a last line without a partner too. Empty when
 /// there is none. Throws RuntimeError, after its message, when the file cannot be read.
 DictionaryTable load_ext_parameters(const Services& services, const std::string& base);
+
+/// Why aircraft lights will not work with the frame file of that path: it has neither a dictionary
+/// nor a place for one, or its dictionary has no end label or more entries than are read.
+std::vector<Note> check_dictionary(const LineStore& frame, const std::string& path);
 
 /// Writes a visual model header with the dictionary in place of the first "dd  0" line; without
 /// such a line the store stays as it is. When `trace_folder` names one, the new store is written

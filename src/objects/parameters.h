@@ -29,6 +29,8 @@ struct LightParameters {
     std::string LightVariable;      // none chosen
     bool DayFlag = false;
     bool AircraftFlag = false;
+
+    bool operator==(const LightParameters&) const = default;
 };
 
 inline constexpr std::string_view default_time_constraints =
@@ -41,11 +43,15 @@ struct EffectParameters {
     std::string fx_params{default_time_constraints};
     bool fx_OTG = false;
     std::string fx_Terrain_alt = "0"; // feet
+
+    bool operator==(const EffectParameters&) const = default;
 };
 
 struct WindsockParameters {
     std::string ws_mastColor = "10F0F0"; // RRGGBB
     bool ws_lit = false;
+
+    bool operator==(const WindsockParameters&) const = default;
 };
 
 struct LibraryParameters {
@@ -53,6 +59,8 @@ struct LibraryParameters {
     std::string libScale = "0.5";
     bool lib_OTG = false;
     std::string lib_Terrain_alt = "0"; // feet
+
+    bool operator==(const LibraryParameters&) const = default;
 };
 
 /// The parameters of all kinds: one record for the open set. Those in force when a material is
@@ -62,6 +70,8 @@ struct Parameters {
     EffectParameters effects;
     WindsockParameters windsock;
     LibraryParameters library;
+
+    bool operator==(const Parameters&) const = default;
 };
 
 /// An entry of the light type list. `switch_bit` is tested in dict_g_lightStates.

@@ -3,119 +3,23 @@
 #include "base/errors.h"
 #include "base/reporter.h"
 #include "base/text.h"
+#include "objects/block_checks.h"
 #include "objects/light_states.h"
 #include "objects/model_header.h"
 #include "objects/rewrite.h"
-#include "source/open_source_set.h"
+#include "objects/trace.h"
+#include "source/materials.h"
+#include "source/source_set.h"
 
-#include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace morvane {
 
 namespace {
 
-// What a Process may change, to put it back when it fails.
-class Undo {
-  public:
-    Undo(OpenSet& set, std::size_t row, bool frame_too)
-        : set_(set), first_(set.translation(row).block.selecting_line + 1), block_(block_lines()),
-          new_code_base_(set.new_code.base), records_(set.records),
-          generated_(set.generated.size()), dictionary_(set.dictionary),
-          frame_changed_(set.frame_changed) {
-        if (frame_too) {
-            frame_ = set.frame;
-        }
-    }
-
-    void put_back() {
-        for (std::size_t i = 0; i < block_.size(); ++i) {
-            set_.model.set_line(first_ + i, block_[i]);
-        }
-        set_.new_code.cut_back_to(new_code_base_);
-        set_.records = records_;
-        set_.generated.resize(generated_);
-        set_.dictionary = dictionary_;
-        set_.frame_changed = frame_changed_;
-        if (frame_) {
-            set_.frame = *frame_;
-        }
-    }
-
-  private:
-    // The lines that the rewrite may comment out: one before the triangles, one behind.
-    std::vector<std::string> block_lines() const {
-        const std::size_t triangles = count_triangles(set_.model, {first_ - 1, 0, 0});
-        std::vector<std::string> lines;
-        for (std::size_t i = first_; i < first_ + triangles + 2 && i <= set_.model.upper(); ++i) {
-            lines.emplace_back(set_.model.line(i));
-        }
-        return lines;
-    }
-
-    OpenSet& set_;
-    std::size_t first_;
-    std::vector<std::string> block_;
-    std::size_t new_code_base_;
-    std::vector<ReplacementRecord> records_;
-    std::size_t generated_;
-    std::vector<DictionaryRow> dictionary_;
-    bool frame_changed_;
-    std::optional<LineStore> frame_;
-};
-
-bool goes_behind_bgl_end(Kind kind) {
+bool goes_after_bgl_end(Kind kind) {
     return kind == Kind::Library || kind == Kind::Effects;
-}
-
-// The record stands behind those with the same insertion line, so that code comes out in the
-// order in which it was processed.
-void file_record(OpenSet& set, std::size_t insertion_line, std::size_t first, std::size_t last) {
-    if (set.records.size() == OpenSet::max_records) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "more than 100 processed materials");
-    }
-    if (set.generated.size() + (last + 1 - first) > OpenSet::max_generated_rows) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
-                           "more than 50000 lines of generated code");
-    }
-    const std::size_t tag = set.records.size() + 1;
-    const auto place = std::upper_bound(
-        set.records.begin(), set.records.end(), insertion_line,
-        [](std::size_t line, const ReplacementRecord& r) { return line < r.insertion_line; });
-    set.records.insert(place, {insertion_line, tag});
-    for (std::size_t i = first; i <= last; ++i) {
-        set.generated.push_back({tag, set.new_code.lines[i]});
-    }
-}
-
-std::size_t insertion_line(const Services& services, OpenSet& set, std::size_t row, Kind kind) {
-    if (!goes_behind_bgl_end(kind)) {
-        return set.translation(row).block.selecting_line + 1;
-    }
-    const std::size_t bgl_end = find_bgl_end(set.model, services.reporter, set.bgl_end);
-    if (bgl_end == 0) {
-        return 0;
-    }
-    // Lines are only ever commented out, so none before this one will become a BGL_END line, and
-    // the next material need not look through them.
-    set.bgl_end = bgl_end;
-    return bgl_end + 1;
-}
-
-void note_empty_block(const Services& services, const OpenSet& set, std::size_t row) {
-    if (count_triangles(set.model, set.translation(row).block) == 0) {
-        services.reporter.note({"material " + to_text(row) +
-                                " has no triangles where it is first drawn, so nothing is "
-                                "made of it; Save may refuse the set."});
-    }
-}
-
-void file_code(const Services& services, OpenSet& set, std::size_t insertion, std::size_t old_base,
-               bool aircraft_lights, const std::optional<std::string>& trace_folder) {
-    file_record(set, insertion, old_base + 1, set.new_code.base);
-    if (aircraft_lights) {
-        ensure_light_states(services, set, trace_folder);
-    }
 }
 
 bool is_refused(const Services& services, const OpenSet& set, std::size_t row) {
@@ -131,37 +35,158 @@ bool is_refused(const Services& services, const OpenSet& set, std::size_t row) {
     return false;
 }
 
+// Lines that a windsock commented out before it was given up stay as they are.
+void comment_out(OpenSet& set, const Translation& material, std::size_t lines) {
+    const std::size_t first = material.block.selecting_line + 1;
+    for (std::size_t i = material.given_up; i < lines; ++i) {
+        set.model.comment_out(first + i);
+    }
+}
+
+// The line before which the code goes. 0, after a message box, when it needs a BGL_END line and
+// there is none.
+std::size_t insertion_line(const Services& services, OpenSet& set, const Translation& material,
+                           Kind kind) {
+    if (!goes_after_bgl_end(kind)) {
+        return material.block.selecting_line + 1;
+    }
+    const std::size_t bgl_end = find_bgl_end(set.model, services.reporter, set.bgl_end);
+    if (bgl_end == 0) {
+        return 0;
+    }
+    // Lines are only ever commented out, so none before this one will become a BGL_END line, and
+    // the next material need not look through them.
+    set.bgl_end = bgl_end;
+    return bgl_end + 1;
+}
+
+void file_code(OpenSet& set, std::size_t before_line, std::vector<std::string> code) {
+    if (set.replacements.size() == OpenSet::max_replacements) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "more than 100 processed materials");
+    }
+    std::size_t lines = code.size();
+    for (const Replacement& replacement : set.replacements) {
+        lines += replacement.code.size();
+    }
+    if (lines > OpenSet::max_code_lines) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
+                           "more than 50000 lines of generated code");
+    }
+    set.replacements.push_back({before_line, std::move(code)});
+}
+
+// One Process on its way.
+struct Run {
+    const Services& services;
+    OpenSet& set;
+    Translation& material;
+    Kind kind;
+    const Parameters& parameters;
+    const std::optional<std::string>& trace_folder;
+
+    bool aircraft_lights() const { return kind == Kind::Lights && parameters.lights.AircraftFlag; }
+};
+
+// False, after a message box, when there is no place for the code.
+bool carry_out(const Run& run, Rewrite& rewrite, Change& change) {
+    comment_out(run.set, run.material, rewrite.lines);
+    const std::size_t before_line = insertion_line(run.services, run.set, run.material, run.kind);
+    if (before_line == 0) {
+        return false;
+    }
+    file_code(run.set, before_line, std::move(rewrite.code));
+    bool frame_written = false;
+    if (run.aircraft_lights()) {
+        if (!holds_light_states(run.set.dictionary)) {
+            change.keep_frame(run.set);
+        }
+        frame_written = ensure_light_states(run.services, run.set);
+    }
+    run.material.processed = kind_text(run.kind);
+    run.material.given_up = 0;
+    write_traces(run.services.disk, run.set, run.trace_folder, frame_written);
+    return true;
+}
+
+// A triangle cannot be used: the lines before it stay commented out.
+ProcessResult give_up(const Run& run, const Rewrite& rewrite, std::string_view message) {
+    run.services.reporter.message_box(message, Icon::Exclamation);
+    std::optional<Change> change;
+    if (rewrite.lines > run.material.given_up) {
+        change.emplace(run.set, run.material, rewrite.lines);
+        comment_out(run.set, run.material, rewrite.lines);
+        run.material.given_up = rewrite.lines;
+    }
+    const std::size_t first = run.material.block.selecting_line + 1;
+    run.services.reporter.note(
+        {row_and_number(run.material) + ": this triangle has no height, so lines " +
+             to_text(first) + " to " + to_text(first + rewrite.lines - 1) +
+             " stay commented out. Processed again, the material is taken as it was before.",
+         model_file_name(run.set.base), rewrite.unusable_line, Severity::Warning, "flat-windsock"});
+    return {false, 0, std::move(change)};
+}
+
+ProcessResult process(const Run& run, DrawBlock& block, std::optional<Change>& change) {
+    const ObjectCode code = object_code(run.set, run.material, run.kind, run.parameters);
+    Rewrite rewrite = generate_code(block, code);
+    if (rewrite.unusable_line != 0) {
+        return give_up(run, rewrite, code.unusable);
+    }
+    const std::vector<Note> notes = check_material(run.set, run.material, run.kind, run.parameters);
+    change.emplace(run.set, run.material, rewrite.lines);
+    if (!carry_out(run, rewrite, *change)) {
+        change->exchange(run.set);
+        return {};
+    }
+    for (const Note& note : notes) {
+        run.services.reporter.note(note);
+    }
+    run.services.reporter.add_message("Lines of new code : " + to_text(rewrite.count));
+    return {true, rewrite.count, std::move(change)};
+}
+
+// An error while a block is walked is about the line that the walk has come to.
+void report_failure(const Services& services, const OpenSet& set, std::size_t row,
+                    const std::optional<DrawBlock>& block, const RuntimeError& error) {
+    Note note{std::string(error.description())};
+    if (!error.about().empty()) {
+        note.text += ": " + error.about();
+    }
+    if (row >= 1 && row <= set.translations.size()) {
+        note.text = row_and_number(set.translation(row)) + ": " + note.text;
+    }
+    if (block) {
+        note.path = model_file_name(set.base);
+        note.line = block->line();
+    }
+    note.severity = Severity::Error;
+    services.reporter.note(note);
+    services.reporter.message_box("Error : " + std::to_string(error.number()) + " :" +
+                                  error.description());
+}
+
 } // namespace
 
 ProcessResult process_material(const Services& services, OpenSet& set, std::size_t row, Kind kind,
                                const Parameters& parameters,
                                const std::optional<std::string>& trace_folder) {
-    std::optional<Undo> undo;
+    std::optional<DrawBlock> block;
+    std::optional<Change> change;
     try {
         if (is_refused(services, set, row)) {
             return {};
         }
-        const std::size_t insertion = insertion_line(services, set, row, kind);
-        if (insertion == 0) {
-            return {};
+        const Run run{services, set, set.translation(row), kind, parameters, trace_folder};
+        if (const std::optional<Note> note = block_note(set, run.material)) {
+            services.reporter.note(*note);
         }
-        note_empty_block(services, set, row);
-        const bool aircraft_lights = kind == Kind::Lights && parameters.lights.AircraftFlag;
-        undo.emplace(set, row, aircraft_lights);
-        const std::size_t old_base = set.new_code.base;
-        const auto count = rewrite_material(services, set, row, kind, parameters, trace_folder);
-        if (!count) {
-            return {};
-        }
-        file_code(services, set, insertion, old_base, aircraft_lights, trace_folder);
-        services.reporter.add_message("Lines of new code : " + to_text(*count));
-        set.translation(row).processed = kind_text(kind);
-        return {true, *count};
+        block.emplace(set.model, set.vertex_list, run.material);
+        return process(run, *block, change);
     } catch (const RuntimeError& error) {
-        if (undo) {
-            undo->put_back();
+        if (change) {
+            change->exchange(set);
         }
-        report_error(services.reporter, error, "Error : ", " :");
+        report_failure(services, set, row, block, error);
         return {};
     }
 }

@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/reporter.h"
+#include "base/text.h"
 #include "source/source_set.h"
 #include "source/text_files.h"
 #include "system/replace_files.h"
@@ -20,7 +21,7 @@ bool is_refused(const OpenSet& set, Reporter& reporter) {
             "This file has already been saved. Reload or restore to continue modifications");
         return true;
     }
-    if (set.records.empty()) {
+    if (set.replacements.empty()) {
         reporter.message_box("No material matches");
         return true;
     }
@@ -76,28 +77,35 @@ bool may_write(const Services& services, const OpenSet& set, const std::string& 
 
 } // namespace
 
-std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record) {
-    const auto first = std::find_if(set.generated.begin(), set.generated.end(),
-                                    [&](const GeneratedRow& row) { return row.tag == record.tag; });
-    if (first == set.generated.end()) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
-                           "a processed material has no generated code");
+std::vector<const Replacement*> ordered_replacements(const OpenSet& set) {
+    std::vector<const Replacement*> ordered;
+    for (const Replacement& replacement : set.replacements) {
+        ordered.push_back(&replacement);
     }
-    std::vector<std::string> lines;
-    for (auto row = first; row != set.generated.end() && row->tag == record.tag; ++row) {
-        lines.push_back(row->text);
+    std::stable_sort(ordered.begin(), ordered.end(),
+                     [](const auto* a, const auto* b) { return a->before_line < b->before_line; });
+    return ordered;
+}
+
+void require_code(const OpenSet& set) {
+    for (const Replacement& replacement : set.replacements) {
+        if (replacement.code.empty()) {
+            throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
+                               "nothing was generated for the material at line " +
+                                   to_text(replacement.before_line) + " of the model file");
+        }
     }
-    return lines;
 }
 
 void write_merged_model(const OpenSet& set, TextWriter& out) {
+    require_code(set);
     std::size_t next = 1;
-    for (const ReplacementRecord& record : set.records) {
-        write_lines(out, set.model, next, record.insertion_line - 1);
-        for (const std::string& line : generated_lines(set, record)) {
+    for (const Replacement* replacement : ordered_replacements(set)) {
+        write_lines(out, set.model, next, replacement->before_line - 1);
+        for (const std::string& line : replacement->code) {
             out.line(line);
         }
-        next = record.insertion_line;
+        next = replacement->before_line;
     }
     write_lines(out, set.model, next, set.model.upper());
 }

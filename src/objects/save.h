@@ -22,11 +22,15 @@ struct SaveResult {
 /// asked first; not saved when the answer is No.
 SaveResult save_set(const Services& services, OpenSet& set, const std::string& output);
 
-/// Writes the model store with each record's generated code before its insertion line. The records
-/// must be in ascending order. Throws SubscriptOutOfRange for a record without code.
-void write_merged_model(const OpenSet& set, TextWriter& out);
+/// The replacements in the order in which they are written: by their place in the model store,
+/// those of one place in the order of Process.
+std::vector<const Replacement*> ordered_replacements(const OpenSet& set);
 
-/// The lines of a record's generated code. Throws SubscriptOutOfRange when it has none.
-std::vector<std::string> generated_lines(const OpenSet& set, const ReplacementRecord& record);
+/// Throws SubscriptOutOfRange when a replacement has no code, which cannot be saved.
+void require_code(const OpenSet& set);
+
+/// Writes the model store with each replacement's code at its place. Throws like require_code,
+/// besides what writing throws.
+void write_merged_model(const OpenSet& set, TextWriter& out);
 
 } // namespace morvane

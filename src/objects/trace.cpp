@@ -7,16 +7,22 @@
 
 namespace morvane {
 
-void write_code_traces(Disk& disk, const OpenSet& set, const std::optional<std::string>& folder) {
+void write_traces(Disk& disk, const OpenSet& set, const std::optional<std::string>& folder,
+                  bool frame_written) {
     if (!folder) {
         return;
     }
     save_array2file(disk, join_path(*folder, "bgl_code.txt"), set.model);
     replace_file(disk, join_path(*folder, "bgl_new_code.txt"), [&](TextWriter& out) {
-        for (std::size_t i = 1; i <= set.new_code.base; ++i) {
-            out.line(set.new_code.lines[i]);
+        for (const Replacement& replacement : set.replacements) {
+            for (const std::string& line : replacement.code) {
+                out.line(line);
+            }
         }
     });
+    if (frame_written) {
+        write_frame_trace(disk, set.frame, folder);
+    }
 }
 
 void write_frame_trace(Disk& disk, const LineStore& frame,

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace morvane {
@@ -13,7 +14,15 @@ namespace {
 
 constexpr std::size_t context_lines = 3;
 
-// Takes the lines of both files in order and prints the hunks.
+constexpr std::string_view new_line_end = "\r\n"; // of every line that is saved
+
+// A line of a hunk. The text has its line end, unless it is the last of a file that has none there.
+std::string hunk_line(char sign, std::string_view text) {
+    const bool whole = text.ends_with('\n');
+    return sign + std::string(text) + (whole ? "" : "\n\\ No newline at end of file\n");
+}
+
+// Takes the lines of both files, with their ends, in order and prints the hunks.
 class DiffWriter {
   public:
     explicit DiffWriter(const std::string& path)
@@ -23,7 +32,7 @@ class DiffWriter {
         close_change();
         ++old_line_;
         ++new_line_;
-        context_.push_back(' ' + std::string(line) + '\n');
+        context_.push_back(hunk_line(' ', line));
         if (in_hunk_ && context_.size() == 2 * context_lines + 1) {
             end_hunk();
         } else if (!in_hunk_ && context_.size() > context_lines) {
@@ -34,13 +43,13 @@ class DiffWriter {
     void removed(std::string_view line) {
         open_hunk();
         ++old_line_;
-        minus_.push_back('-' + std::string(line) + '\n');
+        minus_.push_back(hunk_line('-', line));
     }
 
     void added(std::string_view line) {
         open_hunk();
         ++new_line_;
-        plus_.push_back('+' + std::string(line) + '\n');
+        plus_.push_back(hunk_line('+', line));
     }
 
     std::string finish() {
@@ -111,48 +120,132 @@ class DiffWriter {
     std::vector<std::string> hunk_;
 };
 
-void add_generated(DiffWriter& diff, const OpenSet& set, std::size_t line, std::size_t& record) {
-    while (record < set.records.size() && set.records[record].insertion_line == line) {
-        for (const std::string& text : generated_lines(set, set.records[record])) {
-            diff.added(text);
-        }
-        ++record;
-    }
+void add_saved(DiffWriter& diff, std::string_view text) {
+    diff.added(std::string(text) + std::string(new_line_end));
 }
 
-// Lines first .. first + count - 1 of a store.
-struct Stretch {
-    const LineStore& store;
-    std::size_t first = 1;
-    std::size_t count = 0;
+// The lines of a file as `patch` counts them: up to each LF, whatever else ends lines for us.
+class FileLines {
+  public:
+    explicit FileLines(std::string_view bytes) : bytes_(bytes) {}
 
-    std::string_view operator[](std::size_t i) const { return store.line(first + i); }
+    bool at_end() const { return at_ == bytes_.size(); }
+    std::string_view next() {
+        const std::size_t end = bytes_.find('\n', at_);
+        const std::size_t after = end == std::string_view::npos ? bytes_.size() : end + 1;
+        const std::string_view line = bytes_.substr(at_, after - at_);
+        at_ = after;
+        return line;
+    }
+
+  private:
+    std::string_view bytes_;
+    std::size_t at_ = 0;
 };
 
-std::size_t common_at_start(const Stretch& a, const Stretch& b) {
-    const std::size_t most = std::min(a.count, b.count);
-    std::size_t n = 0;
-    while (n < most && a[n] == b[n]) {
-        ++n;
-    }
-    return n;
+// How many lines of a store a line of the file holds: lone CRs end some.
+std::size_t store_lines(std::string_view file_line) {
+    const std::string_view text =
+        file_line.substr(0, file_line.size() - (file_line.ends_with("\r\n") ? 2
+                                                : file_line.empty()         ? 0
+                                                                            : 1));
+    return 1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
 }
 
-std::size_t common_at_end(const Stretch& a, const Stretch& b) {
-    const std::size_t most = std::min(a.count, b.count);
-    std::size_t n = 0;
-    while (n < most && a[a.count - 1 - n] == b[b.count - 1 - n]) {
-        ++n;
+// The stores' lines on their way into a diff of the model file.
+class ModelLines {
+  public:
+    ModelLines(const OpenSet& set, DiffWriter& diff)
+        : set_(set), diff_(diff), replacements_(ordered_replacements(set)) {}
+
+    void add(std::string_view file_line) {
+        const std::size_t count = store_lines(file_line);
+        add_code();
+        if (count == 1 && is_saved_as(file_line)) {
+            diff_.same(file_line);
+            ++line_;
+            return;
+        }
+        diff_.removed(file_line);
+        for (std::size_t i = 0; i < count; ++i) {
+            add_line();
+        }
     }
-    return n;
+
+    // What is saved after the file's last line: the empty line that every save adds.
+    void add_rest() {
+        while (line_ <= set_.model.upper()) {
+            add_line();
+        }
+    }
+
+  private:
+    bool is_saved_as(std::string_view file_line) const {
+        return file_line.ends_with(new_line_end) &&
+               file_line.substr(0, file_line.size() - 2) == set_.model.line(line_);
+    }
+
+    void add_code() {
+        for (; next_ < replacements_.size() && replacements_[next_]->before_line == line_;
+             ++next_) {
+            for (const std::string& text : replacements_[next_]->code) {
+                add_saved(diff_, text);
+            }
+        }
+    }
+
+    void add_line() {
+        add_code();
+        add_saved(diff_, set_.model.line(line_));
+        ++line_;
+    }
+
+    const OpenSet& set_;
+    DiffWriter& diff_;
+    std::vector<const Replacement*> replacements_;
+    std::size_t line_ = 1; // of the model store
+    std::size_t next_ = 0; // of the replacements
+};
+
+using Lines = std::span<const std::string>;
+
+std::vector<std::string> file_lines(std::string_view bytes) {
+    std::vector<std::string> lines;
+    for (FileLines file(bytes); !file.at_end();) {
+        lines.emplace_back(file.next());
+    }
+    return lines;
+}
+
+std::vector<std::string> saved_lines(const LineStore& store) {
+    std::vector<std::string> lines;
+    for (std::size_t i = 1; i <= store.upper(); ++i) {
+        lines.push_back(std::string(store.line(i)) + std::string(new_line_end));
+    }
+    return lines;
+}
+
+std::size_t common_at_start(Lines a, Lines b) {
+    const std::size_t most = std::min(a.size(), b.size());
+    return static_cast<std::size_t>(
+        std::mismatch(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(most), b.begin()).first -
+        a.begin());
+}
+
+std::size_t common_at_end(Lines a, Lines b) {
+    const std::size_t most = std::min(a.size(), b.size());
+    return static_cast<std::size_t>(
+        std::mismatch(a.rbegin(), a.rbegin() + static_cast<std::ptrdiff_t>(most), b.rbegin())
+            .first -
+        a.rbegin());
 }
 
 // lengths[i][j]: the longest common subsequence of a from i on and b from j on.
-std::vector<std::vector<std::uint32_t>> common_lengths(const Stretch& a, const Stretch& b) {
-    std::vector<std::vector<std::uint32_t>> lengths(a.count + 1,
-                                                    std::vector<std::uint32_t>(b.count + 1));
-    for (std::size_t i = a.count; i-- > 0;) {
-        for (std::size_t j = b.count; j-- > 0;) {
+std::vector<std::vector<std::uint32_t>> common_lengths(Lines a, Lines b) {
+    std::vector<std::vector<std::uint32_t>> lengths(a.size() + 1,
+                                                    std::vector<std::uint32_t>(b.size() + 1));
+    for (std::size_t i = a.size(); i-- > 0;) {
+        for (std::size_t j = b.size(); j-- > 0;) {
             lengths[i][j] = a[i] == b[j] ? lengths[i + 1][j + 1] + 1
                                          : std::max(lengths[i + 1][j], lengths[i][j + 1]);
         }
@@ -160,19 +253,19 @@ std::vector<std::vector<std::uint32_t>> common_lengths(const Stretch& a, const S
     return lengths;
 }
 
-// The stretch where the two differ. A large one is shown as taken out and put in whole.
-void diff_middle(DiffWriter& diff, const Stretch& a, const Stretch& b) {
+// The lines where the two differ. Many are shown as taken out and put in whole.
+void diff_middle(DiffWriter& diff, Lines a, Lines b) {
     constexpr std::size_t most_cells = 4'000'000;
-    const bool whole = a.count * b.count > most_cells;
+    const bool whole = a.size() * b.size() > most_cells;
     const auto lengths = whole ? std::vector<std::vector<std::uint32_t>>() : common_lengths(a, b);
     std::size_t i = 0;
     std::size_t j = 0;
-    while (i < a.count || j < b.count) {
-        if (!whole && i < a.count && j < b.count && a[i] == b[j]) {
+    while (i < a.size() || j < b.size()) {
+        if (!whole && i < a.size() && j < b.size() && a[i] == b[j]) {
             diff.same(a[i++]);
             ++j;
-        } else if (j == b.count ||
-                   (i < a.count && (whole || lengths[i + 1][j] >= lengths[i][j + 1]))) {
+        } else if (j == b.size() ||
+                   (i < a.size() && (whole || lengths[i + 1][j] >= lengths[i][j + 1]))) {
             diff.removed(a[i++]);
         } else {
             diff.added(b[j++]);
@@ -180,45 +273,39 @@ void diff_middle(DiffWriter& diff, const Stretch& a, const Stretch& b) {
     }
 }
 
+void all_same(DiffWriter& diff, Lines lines) {
+    for (const std::string& line : lines) {
+        diff.same(line);
+    }
+}
+
 } // namespace
 
-std::string model_diff(const OpenSet& set, const LineStore& old, const std::string& path) {
+std::string model_diff(const OpenSet& set, const std::string& path) {
+    require_code(set);
     DiffWriter diff(path);
-    std::size_t record = 0;
-    for (std::size_t i = 1; i <= set.model.upper(); ++i) {
-        add_generated(diff, set, i, record);
-        if (i > old.count()) {
-            diff.added(set.model.line(i)); // the empty line that every save adds
-        } else if (old.line(i) == set.model.line(i)) {
-            diff.same(old.line(i));
-        } else {
-            diff.removed(old.line(i));
-            diff.added(set.model.line(i));
-        }
+    ModelLines lines(set, diff);
+    for (FileLines file(set.model.loaded_bytes()); !file.at_end();) {
+        lines.add(file.next());
     }
+    lines.add_rest();
     return diff.finish();
 }
 
-std::string frame_diff(const OpenSet& set, const LineStore& old, const std::string& path) {
+std::string frame_diff(const OpenSet& set, const std::string& path) {
     if (!set.frame_changed) {
         return {};
     }
-    const std::size_t head =
-        common_at_start({old, 1, old.count()}, {set.frame, 1, set.frame.count()});
-    Stretch before{old, head + 1, old.count() - head};
-    Stretch after{set.frame, head + 1, set.frame.count() - head};
+    const std::vector<std::string> old_lines = file_lines(set.frame.loaded_bytes());
+    const std::vector<std::string> new_lines = saved_lines(set.frame);
+    const std::size_t head = common_at_start(old_lines, new_lines);
+    const Lines before = Lines(old_lines).subspan(head);
+    const Lines after = Lines(new_lines).subspan(head);
     const std::size_t tail = common_at_end(before, after);
-    before.count -= tail;
-    after.count -= tail;
     DiffWriter diff(path);
-    for (std::size_t i = 1; i <= head; ++i) {
-        diff.same(old.line(i));
-    }
-    diff_middle(diff, before, after);
-    for (std::size_t i = old.count() - tail + 1; i <= old.count(); ++i) {
-        diff.same(old.line(i));
-    }
-    diff.added(""); // the empty line that every save adds
+    all_same(diff, Lines(old_lines).first(head));
+    diff_middle(diff, before.first(before.size() - tail), after.first(after.size() - tail));
+    all_same(diff, before.last(tail));
     return diff.finish();
 }
 

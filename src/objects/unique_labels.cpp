@@ -18,16 +18,17 @@ bool is_closing_label(std::string_view line) {
 } // namespace
 
 void number_repeated_label(OpenSet& set, std::size_t row) {
-    if (set.generated.empty() || !is_closing_label(set.generated.back().text)) {
+    if (set.replacements.empty() || set.replacements.back().code.empty() ||
+        !is_closing_label(set.replacements.back().code.back())) {
         return;
     }
-    std::string& last = set.generated.back().text;
-    const bool repeated =
-        std::any_of(set.generated.begin(), set.generated.end() - 1,
-                    [&](const GeneratedRow& other) { return other.text == last; });
+    std::string& last = set.replacements.back().code.back();
+    const bool repeated = std::any_of(
+        set.replacements.begin(), set.replacements.end() - 1, [&](const Replacement& other) {
+            return std::find(other.code.begin(), other.code.end(), last) != other.code.end();
+        });
     if (repeated) {
         last.insert(last.size() - rest_of_line.size(), to_text(row));
-        set.new_code.set_line(set.new_code.base, last);
     }
 }
 

@@ -1,7 +1,7 @@
+#include "objects/windsock.h"
+
 #include "base/errors.h"
 #include "base/numbers.h"
-#include "base/reporter.h"
-#include "objects/rewrite.h"
 #include "source/materials.h"
 
 #include <array>
@@ -11,13 +11,13 @@ namespace morvane {
 
 namespace {
 
-struct Vertex {
+struct Corner {
     double x = 0; // east
     double y = 0; // up
     double z = 0; // north
 };
 
-using Corners = std::array<Vertex, 3>;
+using Corners = std::array<Corner, 3>;
 
 std::string text(double value) {
     return format_decimal(value, 1, 6);
@@ -35,62 +35,46 @@ void lowest_first(Corners& corners) {
     }
     if (index == corners.size()) {
         throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
-                           "a windsock's triangle lies higher than 99999.999");
+                           "a windsock's triangle is higher than 99999.999");
     }
     std::swap(corners[0], corners[index]);
 }
 
-class Windsock final : public KindWriter {
-  public:
-    Windsock(const WindsockParameters& parameters, Reporter& reporter)
-        : parameters_(parameters), reporter_(reporter) {}
-
-    bool accept(Rewriting& from, const Triangle& triangle) override {
-        for (std::size_t i = 0; i < corners_.size(); ++i) {
-            const FieldArray vertex = from.vertex(val(triangle.fields[i + 1]));
-            corners_[i] = {number_field(vertex[1]), number_field(vertex[2]),
-                           number_field(vertex[3])};
-        }
-        lowest_first(corners_);
-        // Only the second corner is compared with the lowest, whatever the third is.
-        if (height() < 0.1) {
-            reporter_.message_box(
-                "The triangle used has zero height. It cannot be used for Windsock object.",
-                Icon::Exclamation);
-            return false;
-        }
-        return true;
-    }
-
-    void write_triangle(Rewriting& to, const Triangle&) override {
-        const Vertex& foot = corners_[0];
-        to.emit("    KZM_WINDSOCK " + text(foot.x) + ", " + text(foot.y) + ", " + text(foot.z) +
-                ", " + text(height()) + ", " + text(size()) + ", 0FF" +
-                swap_rgb(parameters_.ws_mastColor) + "h, 0FF" + to.material().color + "h," +
-                (parameters_.ws_lit ? "1" : "0"));
-    }
-
-    void close(Rewriting& to) override { to.raise_base(to.counter()); }
-
-  private:
-    double height() const { return corners_[1].y - corners_[0].y; }
-
-    double size() const {
-        const double dx = corners_[1].x - corners_[2].x;
-        const double dz = corners_[1].z - corners_[2].z;
-        return std::sqrt(dx * dx + dz * dz);
-    }
-
-    WindsockParameters parameters_;
-    Reporter& reporter_;
-    Corners corners_{};
-};
-
 } // namespace
 
-std::unique_ptr<KindWriter> make_windsock(const WindsockParameters& parameters,
-                                          Reporter& reporter) {
-    return std::make_unique<Windsock>(parameters, reporter);
+bool Windsock::is_flat() const {
+    return val(text(height)) < 0.1;
+}
+
+Windsock measure_windsock(const DrawBlock& block, const BlockTriangle& triangle) {
+    Corners corners;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const FieldArray vertex = block.vertex(triangle.fields[i + 1]);
+        corners[i] = {number_field(vertex[1]), number_field(vertex[2]), number_field(vertex[3])};
+    }
+    lowest_first(corners);
+    const auto& [foot, second, third] = corners;
+    const double dx = second.x - third.x;
+    const double dz = second.z - third.z;
+    return {foot.x, foot.y, foot.z, second.y - foot.y, std::sqrt(dx * dx + dz * dz)};
+}
+
+ObjectCode windsock_code(const Translation& material, const WindsockParameters& parameters) {
+    const std::string end = ", 0FF" + swap_rgb(parameters.ws_mastColor) + "h, 0FF" +
+                            material.color + "h," + (parameters.ws_lit ? "1" : "0");
+    ObjectCode code;
+    code.unusable = "The triangle used has zero height. It cannot be used for Windsock object.";
+    code.triangle = [end](const DrawBlock& block,
+                          const BlockTriangle& triangle) -> std::optional<ObjectCode::Lines> {
+        const Windsock sock = measure_windsock(block, triangle);
+        if (sock.is_flat()) {
+            return std::nullopt;
+        }
+        return ObjectCode::Lines{"    KZM_WINDSOCK " + text(sock.x) + ", " + text(sock.y) + ", " +
+                                 text(sock.z) + ", " + text(sock.height) + ", " + text(sock.size) +
+                                 end};
+    };
+    return code;
 }
 
 } // namespace morvane

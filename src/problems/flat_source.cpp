@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "objects/save.h"
 #include "source/open_set.h"
 #include "source/source_set.h"
 #include "system/disk.h"
@@ -161,17 +162,6 @@ class Flattener {
     std::uint32_t skipped_ = 0; // bytes of vertices and triangles since the last statement
 };
 
-// A record without code, which cannot be saved, adds nothing.
-std::vector<std::string> code_of(const OpenSet& set, const ReplacementRecord& record) {
-    std::vector<std::string> lines;
-    for (const GeneratedRow& row : set.generated) {
-        if (row.tag == record.tag) {
-            lines.push_back(row.text);
-        }
-    }
-    return lines;
-}
-
 // A frame that Process has not changed is not written under the new base path.
 std::string frame_path(const OpenSet& set, const std::string& output) {
     return frame_file_name(set.frame_changed ? output : set.base);
@@ -185,10 +175,12 @@ std::string FlatSource::place(const Statement& statement) const {
 
 MergedModel merge_model(const OpenSet& set) {
     MergedModel merged{set.model, {}};
-    for (auto record = set.records.rbegin(); record != set.records.rend(); ++record) {
-        const std::vector<std::string> code = code_of(set, *record);
-        merged.lines.insert_lines(record->insertion_line, code);
-        merged.pieces.insert(merged.pieces.begin(), {record->insertion_line, code.size()});
+    const std::vector<const Replacement*> ordered = ordered_replacements(set);
+    for (auto it = ordered.rbegin(); it != ordered.rend(); ++it) {
+        const Replacement& replacement = **it;
+        merged.lines.insert_lines(replacement.before_line, replacement.code);
+        merged.pieces.insert(merged.pieces.begin(),
+                             {replacement.before_line, replacement.code.size()});
     }
     return merged;
 }

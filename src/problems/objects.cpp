@@ -67,28 +67,28 @@ void check_windsock(const OpenSet& set, const PlannedObject& object, const RowTr
 
 // North of a corner in the model's own units, the model turned as the frame says.
 double turned_north(const Placement& placement, const Corner& corner) {
-    const double angle = placement.placement_rotation * 2 * std::numbers::pi / 65536;
+    const double angle = placement.rotation * 2 * std::numbers::pi / 65536;
     return corner.z * std::cos(angle) - corner.x * std::sin(angle);
 }
 
 // The reference line's own latitude. The program takes the fraction of the longitude for it.
 double reference_latitude(const Placement& placement) {
-    const Statement line = read_statement(placement.placement_line);
+    const Statement line = read_statement(placement.scale_line);
     const double fraction =
         static_cast<double>(whole_number(Operands(line.rest)[6]).value_or(0)) / 65536;
-    return std::floor(placement.placement_b) + fraction;
+    return std::floor(placement.latitude) + fraction;
 }
 
 // How far north of its true place the code puts a point: the whole part is rounded, and the
 // fraction is taken of another number.
 double metres_off(const Placement& placement, double north) {
-    const double whole = std::nearbyint(placement.placement_b + north);
-    const double low = placement.placement_b / 1000 + north;
+    const double whole = std::nearbyint(placement.latitude + north);
+    const double low = placement.latitude / 1000 + north;
     return whole + (low - std::floor(low)) - (reference_latitude(placement) + north);
 }
 
 std::optional<double> metres_a_unit(const Placement& placement) {
-    const Statement line = read_statement(placement.placement_line);
+    const Statement line = read_statement(placement.scale_line);
     const auto scale = whole_number(Operands(line.rest)[4]);
     return scale && *scale != 0 ? std::optional(65536.0 / static_cast<double>(*scale))
                                 : std::nullopt;
@@ -124,7 +124,7 @@ void check_place(const OpenSet& set, const PlannedObject& object,
 }
 
 void check_turned(const OpenSet& set, const PlannedObject& object, Problems& problems) {
-    if (object.kind == Kind::Library && set.placement.placement_rotation != 0) {
+    if (object.kind == Kind::Library && set.placement.rotation != 0) {
         problems.push_back(at_row(set, object, set.translation(object.row).block.selecting_line,
                                   Severity::Note, "library-in-turned-model",
                                   "the model is turned, but objects of the kind Library keep their "

@@ -10,7 +10,8 @@ void sort_worst_first(std::vector<Problem>& problems) {
 }
 
 Note note_of(const Problem& problem) {
-    return {problem.text + " [" + problem.code + "]", problem.path, problem.line, problem.severity};
+    return {problem.text + " [" + problem.code + "]", problem.path, problem.line, problem.severity,
+            problem.code};
 }
 
 } // namespace morvane

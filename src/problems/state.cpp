@@ -96,9 +96,13 @@ void check_limits(const OpenSet& set, Problems& problems) {
     const std::string model = model_file_name(set.base);
     check_limit(model, set.translations.size(), OpenSet::max_translations, "marked materials",
                 problems);
-    check_limit(model, set.records.size(), OpenSet::max_records, "processed materials", problems);
-    check_limit(model, set.generated.size(), OpenSet::max_generated_rows, "generated lines",
+    std::size_t generated = 0;
+    for (const Replacement& replacement : set.replacements) {
+        generated += replacement.code.size();
+    }
+    check_limit(model, set.replacements.size(), OpenSet::max_replacements, "processed materials",
                 problems);
+    check_limit(model, generated, OpenSet::max_code_lines, "generated lines", problems);
     check_limit(frame_file_name(set.base), dictionary_entries(set.frame), most_dictionary_entries,
                 "entries of the parameter dictionary", problems);
 }

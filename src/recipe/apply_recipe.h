@@ -1,5 +1,6 @@
 #pragma once
 
+#include "objects/process.h"
 #include "recipe/recipe.h"
 #include "source/open_set.h"
 #include "system/services.h"
@@ -36,17 +37,22 @@ struct ProcessedMaterial {
     std::size_t row = 0;
     Kind kind = Kind::Lights;
     std::size_t lines = 0; // lines of new code
+    Parameters parameters; // those of its assignment
+    Change change;
 };
 
 struct ApplyResult {
     bool ok = false;
-    std::vector<ProcessedMaterial> processed;
+    std::vector<ProcessedMaterial> processed; // in their order
+    std::optional<Change> given_up;           // of the last step, when a windsock was given up
+    std::optional<FrameChange> frame;         // when the macros were included
 };
 
-/// Processes every step of a plan without errors, and at the end tells the log how many materials
-/// are left as they are. Stops at the first that is not processed, after that one's own message
-/// box and a note naming the assignment; what was processed before it stays so. Labels are made
-/// unique, and the macros included, as the recipe says.
+/// Processes every step of a plan without errors. The log gets a note for each material that says
+/// what became of it, and at the end how many are left as they are; what is wrong with parameters
+/// is noted with the line of the recipe. Stops at the first that is not processed, after that one's
+/// own message box and a note naming the assignment; what was processed before it stays so. Labels
+/// are made unique, and the macros included, as the recipe says.
 /// `trace_folder`: as for process_material.
 ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& recipe,
                          const RecipePlan& plan,

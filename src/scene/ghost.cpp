@@ -1,14 +1,11 @@
 #include "scene/ghost.h"
 
 #include "base/errors.h"
-#include "base/reporter.h"
-#include "base/text.h"
-#include "objects/rewrite.h"
+#include "objects/object_code.h"
 #include "scene/problems.h"
 #include "scene/walk_model.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace morvane::scene {
 
@@ -16,80 +13,36 @@ namespace {
 
 constexpr std::size_t max_refused = 300;
 
-// Keeps the message that Process would show.
-class Listener final : public Reporter {
-  public:
-    void add_message(std::string_view) override {}
-    void note(const Note&) override {}
-    void clear_messages() override {}
-    void message_box(std::string_view text, Icon) override {
-        if (first.empty()) {
-            first = text;
-        }
-    }
-    bool ask(std::string_view, Icon, std::string_view) override { return false; }
-
-    std::string first;
-};
-
 struct Wish {
     std::size_t row = 0;
     Kind kind = Kind::Lights;
     const Parameters& parameters;
 };
 
-// A copy in which nothing is marked as refused any more. The lines are behind the one that selects
-// the material, so that one stays where it is.
-OpenSet without_lines(const OpenSet& set, const std::vector<std::uint32_t>& lines) {
-    OpenSet copy = set;
-    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
-        copy.model.erase_lines(*line, *line);
-        copy.vertex_list -= copy.vertex_list > *line ? 1 : 0;
-    }
-    return copy;
+void append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
 }
 
-// The first triangle that the rewrite left: it stopped there.
-std::optional<std::uint32_t> refused_line(const OpenSet& copy, std::size_t row,
-                                          const std::vector<std::uint32_t>& before) {
-    std::size_t line = copy.translation(row).block.selecting_line + 1;
-    while (line <= copy.model.count() && copy.model.line(line).starts_with("; ")) {
-        ++line;
-    }
-    if (!trim(copy.model.line(line)).starts_with("DRAW_TRI ")) {
-        return std::nullopt;
-    }
-    for (const std::uint32_t erased : before) { // ascending
-        line += erased <= line ? 1 : 0;
-    }
-    return static_cast<std::uint32_t>(line);
-}
-
-std::vector<std::string> new_lines(const OpenSet& copy, std::size_t old_base) {
-    const auto& lines = copy.new_code.lines;
-    const std::size_t first = std::min(old_base + 1, lines.size());
-    return {lines.begin() + static_cast<std::ptrdiff_t>(first), lines.end()};
-}
-
-// The lines that the rewrite makes; what is refused is noted in the ghost.
-std::vector<std::string> rewritten(Disk& disk, const OpenSet& set, const Wish& wish, Ghost& ghost) {
-    while (ghost.refused.size() < max_refused) {
-        OpenSet copy = without_lines(set, ghost.refused);
-        Listener listener;
-        const Services services{disk, listener};
-        if (rewrite_material(services, copy, wish.row, wish.kind, wish.parameters)) {
-            return new_lines(copy, set.new_code.base);
+// The lines that Process makes. A triangle that it refuses is noted in the ghost and passed over,
+// as if it were not there.
+std::vector<std::string> generated(const OpenSet& set, const Wish& wish, Ghost& ghost) {
+    const Translation& material = set.translation(wish.row);
+    const ObjectCode code = object_code(set, material, wish.kind, wish.parameters);
+    DrawBlock block(set.model, set.vertex_list, material);
+    std::vector<std::string> lines = code.opening;
+    for (block.next_line(); block.at_triangle(); block.next_line()) {
+        if (const auto triangle = code.triangle(block, block.triangle())) {
+            append(lines, *triangle);
+            continue;
         }
-        if (ghost.trouble.empty()) {
-            ghost.trouble = listener.first;
+        ghost.trouble = code.unusable;
+        ghost.refused.push_back(static_cast<std::uint32_t>(block.line()));
+        if (ghost.refused.size() == max_refused) {
+            return {};
         }
-        const auto line = refused_line(copy, wish.row, ghost.refused);
-        if (!line) {
-            break;
-        }
-        ghost.refused.push_back(*line);
     }
-    return {};
+    append(lines, code.closing);
+    return lines;
 }
 
 const SceneBlock* block_at(const Scene& scene, int material, std::size_t line) {
@@ -143,13 +96,13 @@ void find_sources(const Scene& scene, const SceneBlock& block, Ghost& ghost) {
 
 } // namespace
 
-Ghost ghost_of(Disk& disk, const OpenSet& set, const Scene& scene, std::size_t row, Kind kind,
+Ghost ghost_of(Disk& /*disk*/, const OpenSet& set, const Scene& scene, std::size_t row, Kind kind,
                const Parameters& parameters) {
     Ghost ghost;
     try {
         const Translation& translation = set.translation(row);
         ghost.material = static_cast<int>(translation.number);
-        const auto lines = rewritten(disk, set, {row, kind, parameters}, ghost);
+        const auto lines = generated(set, {row, kind, parameters}, ghost);
         const SceneBlock* block =
             block_at(scene, ghost.material, translation.block.selecting_line + 1);
         ghost.marks = decoded(

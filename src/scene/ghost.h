@@ -22,10 +22,10 @@ struct Ghost {
     std::string trouble; // the message that Process would show; empty: it would succeed
 };
 
-/// Runs the rewrite on a copy of the set, which stays as it is, and decodes the lines it made where
-/// `scene`, read from the same set, has the material's block. When triangles are refused the marks
+/// Makes the code without changing the set, and decodes its lines where `scene`, read from the same
+/// set, has the material's block. When triangles are refused the marks
 /// are those of the others, though Process would make none. Costs a small part of read_set.
-/// `disk` is not used but for the rewrite's sake: nothing is written.
+/// Nothing is read from or written to the disk.
 Ghost ghost_of(Disk& disk, const OpenSet& set, const Scene& scene, std::size_t row, Kind kind,
                const Parameters& parameters);
 

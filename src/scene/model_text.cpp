@@ -6,9 +6,9 @@ namespace morvane::scene {
 
 namespace {
 
-void add_generated(ModelText& text, const OpenSet& set, const ReplacementRecord& record) {
-    for (std::string& line : generated_lines(set, record)) {
-        text.lines.push_back({text.generated.emplace_back(std::move(line)), 0});
+void add_generated(ModelText& text, const Replacement& replacement) {
+    for (const std::string& line : replacement.code) {
+        text.lines.push_back({text.generated.emplace_back(line), 0});
     }
 }
 
@@ -25,18 +25,20 @@ ModelText model_text(const LineStore& model) {
 
 ModelText model_text(const OpenSet& set) {
     ModelText text;
-    text.lines.reserve(set.model.count() + set.generated.size());
-    auto record = set.records.begin();
+    require_code(set);
+    const std::vector<const Replacement*> ordered = ordered_replacements(set);
+    auto next = ordered.begin();
+    text.lines.reserve(set.model.count());
     for (std::size_t i = 1; i <= set.model.upper(); ++i) {
-        for (; record != set.records.end() && record->insertion_line == i; ++record) {
-            add_generated(text, set, *record);
+        for (; next != ordered.end() && (*next)->before_line == i; ++next) {
+            add_generated(text, **next);
         }
         if (i <= set.model.count()) {
             text.lines.push_back({set.model.line(i), static_cast<std::uint32_t>(i)});
         }
     }
-    for (; record != set.records.end(); ++record) {
-        add_generated(text, set, *record);
+    for (; next != ordered.end(); ++next) {
+        add_generated(text, **next);
     }
     return text;
 }

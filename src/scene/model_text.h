@@ -23,7 +23,7 @@ struct ModelText {
 };
 
 ModelText model_text(const LineStore& model);
-/// Throws SubscriptOutOfRange for a record without code.
+/// Throws SubscriptOutOfRange for a material without code.
 ModelText model_text(const OpenSet& set);
 
 } // namespace morvane::scene

@@ -66,7 +66,7 @@ bool has_few_operand_ends(std::string_view line) {
 
 std::string_view FieldArray::operator[](std::size_t index) const {
     if (index > max_operands) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "operand " + std::to_string(index));
     }
     return elements_[index];
 }

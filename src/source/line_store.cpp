@@ -160,6 +160,26 @@ void LineStore::erase_lines(std::size_t first, std::size_t last) {
     lines_.erase(begin, lines_.begin() + static_cast<std::ptrdiff_t>(last) + 1);
 }
 
+LineStore::KeptLines LineStore::keep_lines(std::size_t first, std::size_t count) const {
+    KeptLines kept;
+    if (count > 0) {
+        require_index(first);
+        require_index(first + count - 1);
+        const auto begin = lines_.begin() + static_cast<std::ptrdiff_t>(first);
+        kept.first_ = first;
+        kept.places_.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
+    }
+    return kept;
+}
+
+void LineStore::exchange(KeptLines& kept) {
+    if (kept.count() > 0) {
+        require_index(kept.first_ + kept.count() - 1);
+        std::swap_ranges(kept.places_.begin(), kept.places_.end(),
+                         lines_.begin() + static_cast<std::ptrdiff_t>(kept.first_));
+    }
+}
+
 void LineStore::append_line(std::string_view text) {
     lines_.insert(lines_.end() - 1, keep_aside(text));
 }

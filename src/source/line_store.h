@@ -81,6 +81,13 @@ class LineStore {
     void erase_lines(std::size_t first, std::size_t last);
     void append_line(std::string_view text);
 
+    class KeptLines;
+    /// Remembers `count` lines from `first` on as they are now. Throws SubscriptOutOfRange.
+    KeptLines keep_lines(std::size_t first, std::size_t count) const;
+    /// Exchanges the lines that were kept with what stands in their places now, so that a second
+    /// call takes the first back. No text is copied. The store must have kept its number of lines.
+    void exchange(KeptLines& kept);
+
   private:
     // Where a line lies: a stretch of the file's bytes, or a text kept aside. Packed into 64 bits,
     // because a set of a million lines has a million of them: the highest bit says "aside" with the
@@ -113,6 +120,20 @@ class LineStore {
     bool only_crlf_ = true;    // no line of the file ends otherwise
     std::vector<Place> lines_; // [0] stands for element 0 and is not used, the last is the spare
     TextArena aside_;
+};
+
+/// Lines of a store as they were at some time. Their texts stay in the store.
+class LineStore::KeptLines {
+  public:
+    KeptLines() = default;
+    std::size_t count() const { return places_.size(); }
+    /// Memory that is held beside the store.
+    std::size_t bytes() const { return places_.capacity() * sizeof(Place); }
+
+  private:
+    friend class LineStore;
+    std::size_t first_ = 0;
+    std::vector<Place> places_;
 };
 
 } // namespace morvane

@@ -72,7 +72,7 @@ class BlockFinder {
         if (start == line.size()) {
             return;
         }
-        if (line[start] == 'D' && !open_.empty()) {
+        if (line[start] == 'D' && (!open_.empty() || !selected_.empty())) {
             look_at_drawing(index, trim(line));
         } else if (line.substr(start).starts_with("MATERIAL") && !has_too_many_operands(line)) {
             select(index, split_fields(line));
@@ -83,8 +83,13 @@ class BlockFinder {
         const std::string key = std::string(fields[0]) + " " + std::string(fields[1]);
         const auto found = by_key_.find(std::string(trim(key)));
         if (found == by_key_.end()) {
+            if (fields[0] == "MATERIAL") {
+                selected_.clear();
+            }
             return;
         }
+        selected_ = found->second;
+        blocks_begun_ = 0;
         for (const std::size_t i : found->second) {
             MaterialBlock& block = searches_[i].block;
             if (block.selecting_line != not_found) {
@@ -97,7 +102,13 @@ class BlockFinder {
     }
 
     void look_at_drawing(std::size_t index, std::string_view line) {
-        if (line.starts_with("DRAW_TRI ")) {
+        if (line.starts_with("DRAW_TRI_BEGIN")) {
+            if (++blocks_begun_ > 1) {
+                for (const std::size_t i : selected_) {
+                    ++searches_[i].block.further_places;
+                }
+            }
+        } else if (line.starts_with("DRAW_TRI ")) {
             for (const std::size_t i : open_) {
                 searches_[i].drawing = true;
             }
@@ -125,7 +136,9 @@ class BlockFinder {
     const LineStore& model_;
     std::vector<Search> searches_;
     std::unordered_map<std::string, std::vector<std::size_t>> by_key_;
-    std::vector<std::size_t> open_; // searches whose block end is still to come
+    std::vector<std::size_t> open_;     // searches whose block end is still to come
+    std::vector<std::size_t> selected_; // searches of the material that is selected
+    std::size_t blocks_begun_ = 0;      // since it was selected
     std::size_t overfull_line_ = not_found;
 };
 

@@ -64,7 +64,8 @@ std::optional<Translation> translation_row(const Material& material, std::size_t
                        {},
                        std::string(highlight_digits(*index)),
                        material_color(material.text),
-                       {}};
+                       {},
+                       rows_before + 1};
 }
 
 // The line without the "; " that each rewrite has put in front of it.
@@ -120,6 +121,15 @@ std::string_view highlight_color_name(std::string_view digits) {
 std::string material_color(std::string_view material_line) {
     const FieldArray fields = split_fields(material_line);
     return color_part(fields[1]) + color_part(fields[2]) + color_part(fields[3]);
+}
+
+std::string row_and_number(const Translation& material) {
+    return "row " + to_text(material.row) + " (MATERIAL " + to_text(material.number) + ")";
+}
+
+std::string full_name(const Translation& material) {
+    return "row " + to_text(material.row) + " (MATERIAL " + to_text(material.number) + ", " +
+           std::string(highlight_color_name(material.highlight)) + ", " + material.color + ")";
 }
 
 std::string swap_rgb(std::string_view color) {

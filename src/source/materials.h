@@ -30,6 +30,12 @@ std::string_view highlight_color_name(std::string_view digits);
 /// Operands 1, 2 and 3 of a material line (0.0 .. 1.0 each) as RRGGBB.
 std::string material_color(std::string_view material_line);
 
+/// "row 3 (MATERIAL 12)": the two numbers by which a marked material is known, its place in the
+/// list and its number in the model file.
+std::string row_and_number(const Translation& material);
+/// The same with its two colours: "row 3 (MATERIAL 12, Red, FF7F00)".
+std::string full_name(const Translation& material);
+
 /// Turns RRGGBB into BBGGRR and back. The text has six characters.
 std::string swap_rgb(std::string_view color);
 

@@ -8,18 +8,6 @@
 
 namespace morvane {
 
-void NewCodeBuffer::set_line(std::size_t index, std::string text) {
-    if (index >= lines.size()) {
-        lines.resize(index + 1);
-    }
-    lines[index] = std::move(text);
-}
-
-void NewCodeBuffer::cut_back_to(std::size_t old_base) {
-    base = old_base;
-    lines.resize(std::min(lines.size(), old_base + 1));
-}
-
 const Translation& OpenSet::translation(std::size_t row) const {
     if (row < 1 || row > translations.size()) {
         throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "material " + to_text(row));

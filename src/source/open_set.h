@@ -19,7 +19,7 @@ struct Material {
 struct MaterialBlock {
     std::size_t selecting_line = 0; // index of its MATERIAL line in the model store
     std::size_t block_end = 0;      // index of the first DRAW_TRI_END line behind that
-    std::size_t further_places = 0; // how often it is selected again
+    std::size_t further_places = 0; // in how many more blocks it is drawn
 };
 
 /// A material marked by its highlight colour: one row of the translation table.
@@ -30,28 +30,26 @@ struct Translation {
     std::string highlight; // six hex digits in the platform's order, blue green red
     std::string color;     // its own colour, RRGGBB
     std::string processed; // empty until Process has rewritten it, then the kind
+    std::size_t row = 0;   // of the list of marked materials, from 1
+    // How many lines of its block, from the opening line on, a windsock has commented out that then
+    // met a flat triangle. They count as if they were not, so that the next Process finds them.
+    std::size_t given_up = 0;
 };
 
-/// Where the frame file places the object. Latitude and longitude are in the file's units with a
-/// fraction.
+/// Where the frame file places the object.
 struct Placement {
-    double placement_a = 0;         // reference longitude
-    double placement_b = 0;         // reference latitude
-    double placement_b_degrees = 0; // reference latitude in degrees
-    std::string placement_line;     // the SCALE_AGL line
-    double placement_rotation = 0;  // 1/65536 of a full turn
-    std::string unreadable;         // why the frame file's placement could not be read, or empty
+    double longitude = 0;        // of the reference point, in the file's units with a fraction
+    double latitude = 0;         // likewise
+    double latitude_degrees = 0; // the same in degrees
+    std::string scale_line;      // the SCALE_AGL line
+    double rotation = 0;         // of the model, in 1/65536 of a full turn
+    std::string unreadable;      // why it could not be read from the frame file, or empty
 };
 
-/// One insertion into the model file.
-struct ReplacementRecord {
-    std::size_t insertion_line = 0; // generated lines go before this line of the model store
-    std::size_t tag = 0;            // marks the record's lines in the generated-code table
-};
-
-struct GeneratedRow {
-    std::size_t tag = 0;
-    std::string text;
+/// The code of one processed material, and where it goes.
+struct Replacement {
+    std::size_t before_line = 0; // of the model store
+    std::vector<std::string> code;
 };
 
 /// One entry of the parameter extension dictionary.
@@ -60,21 +58,11 @@ struct DictionaryRow {
     std::string dd_line;
 };
 
-/// The new-code buffer: collects the generated lines of all materials of a set. Lines stand at
-/// 1 .. base; a line that nobody wrote is empty text.
-struct NewCodeBuffer {
-    std::size_t base = 0; // element 0: the index of the last line in use
-    std::vector<std::string> lines{std::string()};
-
-    void set_line(std::size_t index, std::string text);
-    void cut_back_to(std::size_t old_base);
-};
-
 /// Everything that lives from one Open to the next.
 struct OpenSet {
     static constexpr std::size_t max_translations = 300;
-    static constexpr std::size_t max_records = 100;
-    static constexpr std::size_t max_generated_rows = 50000;
+    static constexpr std::size_t max_replacements = 100;
+    static constexpr std::size_t max_code_lines = 50000; // of all replacements together
 
     std::string base;
     LineStore model;
@@ -86,9 +74,7 @@ struct OpenSet {
     std::size_t vertex_list = 0;           // index of the line after VERTEX_LIST_BEGIN
     std::size_t bgl_end = 1;               // a line of the model before which no BGL_END stands
     Placement placement;
-    NewCodeBuffer new_code;
-    std::vector<ReplacementRecord> records; // ascending by insertion line
-    std::vector<GeneratedRow> generated;
+    std::vector<Replacement> replacements; // in the order of Process
     std::vector<DictionaryRow> dictionary;
     bool frame_changed = false;
     bool opened = false; // the material list is filled, Process may select from it

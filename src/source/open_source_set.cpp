@@ -5,6 +5,7 @@
 #include "base/reporter.h"
 #include "base/text.h"
 #include "source/materials.h"
+#include "source/open_notes.h"
 #include "source/placement.h"
 #include "source/source_set.h"
 #include "system/disk.h"
@@ -40,21 +41,13 @@ bool files_exist(const Services& services, const std::string& base) {
     return true;
 }
 
-void note_further_places(const OpenSet& set, Reporter& reporter) {
-    for (std::size_t row = 1; row <= set.translations.size(); ++row) {
-        const std::size_t places = set.translation(row).block.further_places;
-        if (places > 0) {
-            reporter.note({"material " + to_text(row) + " is drawn in " + to_text(places) +
-                           (places == 1 ? " more place, which stays as it is."
-                                        : " more places, which stay as they are.")});
-        }
-    }
-}
-
-bool is_usable(const OpenSet& set) {
+bool is_usable(const OpenSet& set, Reporter& reporter) {
     // Without a marked material the line looked at is the first of the file: such a set is refused.
     const std::size_t selecting =
         set.translations.empty() ? 0 : set.translation(1).block.selecting_line;
+    if (selecting == set.model.upper()) {
+        reporter.note(refusal_cause(set)); // and reading the line after it fails
+    }
     return trim(set.model.line(selecting + 1)).starts_with("DRA");
 }
 
@@ -76,7 +69,8 @@ bool analyse(const Services& services, OpenSet& set) {
     with_file(model_file_name(set.base),
               [&] { set.translations = build_translation_list(set.model, set.materials); });
     reporter.add_message("Materials for translation : " + to_text(set.translations.size()));
-    if (!is_usable(set)) {
+    if (!is_usable(set, reporter)) {
+        reporter.note(refusal_cause(set));
         reporter.message_box("This file cannot be used. (Already processed ?)", Icon::Critical);
         return false;
     }
@@ -117,7 +111,9 @@ bool open_source_set(const Services& services, OpenSet& set, const std::string& 
         set.opened = analyse(services, set);
         if (set.opened) {
             add_placement(set, services.reporter);
-            note_further_places(set, services.reporter);
+            for (const Note& note : opening_notes(set)) {
+                services.reporter.note(note);
+            }
         }
         return set.opened;
     } catch (const RuntimeError& error) {

@@ -32,10 +32,10 @@ bool read_scale(std::string_view line, Placement& result) {
         return false;
     }
     const double fraction = masm_hex(fields[8]) / 65536;
-    result.placement_a = masm_hex(fields[7]) + fraction;
-    result.placement_b = masm_hex(fields[5]) + fraction;
-    result.placement_b_degrees = result.placement_b / 12734620 * 360 / pi;
-    result.placement_line = line;
+    result.longitude = masm_hex(fields[7]) + fraction;
+    result.latitude = masm_hex(fields[5]) + fraction;
+    result.latitude_degrees = result.latitude / 12734620 * 360 / pi;
+    result.scale_line = line;
     return true;
 }
 
@@ -45,7 +45,7 @@ Placement read_placement(const LineStore& frame, Reporter& reporter) {
     Placement result;
     for (std::size_t i = 1; i <= frame.upper(); ++i) {
         if (with_line(i, [&] { return read_scale(frame.line(i), result); })) {
-            result.placement_rotation =
+            result.rotation =
                 with_line(i + 1, [&] { return read_rotation(frame.line(i + 1), reporter); });
         }
     }

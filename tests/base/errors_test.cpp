@@ -73,18 +73,5 @@ TEST(OpenSet, TranslationRowsAreCountedFromOne) {
     EXPECT_EQ(thrown_by([&] { set.translation(3); }).number(), 9);
 }
 
-TEST(NewCodeBuffer, LinesThatNobodyWroteAreEmpty) {
-    NewCodeBuffer buffer;
-    buffer.set_line(3, "c");
-    EXPECT_THAT(buffer.lines, ElementsAre("", "", "", "c"));
-    buffer.set_line(1, "a");
-    buffer.base = 3;
-    buffer.cut_back_to(1);
-    EXPECT_EQ(buffer.base, 1U);
-    EXPECT_THAT(buffer.lines, ElementsAre("", "a"));
-    buffer.cut_back_to(5);
-    EXPECT_THAT(buffer.lines, ElementsAre("", "a"));
-}
-
 } // namespace
 } // namespace morvane

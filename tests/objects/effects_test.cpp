@@ -93,8 +93,8 @@ TEST_F(EffectsTest, AVertexFieldThatIsNoNumberIsATypeMismatch) {
 
 Placement reference(double rotation) {
     Placement placement;
-    placement.placement_line = "SCALE_AGL E, 5, 40, 65536, 0, 0, 0, 0, 0, 0";
-    placement.placement_rotation = rotation;
+    placement.scale_line = "SCALE_AGL E, 5, 40, 65536, 0, 0, 0, 0, 0, 0";
+    placement.rotation = rotation;
     return placement;
 }
 

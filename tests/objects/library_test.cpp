@@ -90,7 +90,7 @@ TEST_F(LibraryTest, NewStyleIgnoresRotationGroundAndElevation) {
     const std::vector<std::string> plain = new_code();
     open(make_model({MadeMaterial()}, {"1.5,0.0,-2.25, 0.0,1.0,0.0"}),
          {default_frame()[1], "    INSTANCE_CALL E,0,0,04000h"});
-    EXPECT_EQ(set.placement.placement_rotation, 16384);
+    EXPECT_EQ(set.placement.rotation, 16384);
     parameters.library.lib_OTG = true;
     parameters.library.lib_Terrain_alt = "500";
     process(1, Kind::LibraryNew);

@@ -37,53 +37,53 @@ TEST_F(LightsTest, DayFormOfTheThirdMaterial) {
 
 TEST_F(LightsTest, NeitherFlagLeavesTheFirstLineAsItIs) {
     process(1, Kind::Lights);
-    EXPECT_EQ(set.new_code.lines[1], "");
-    EXPECT_EQ(set.new_code.lines[2], ";");
-    EXPECT_EQ(set.new_code.lines[3], ";");
-    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1,beacnt, 0CCCCh");
-    EXPECT_EQ(set.new_code.lines[7], "    BGL_JUMP_32 LBL1a");
+    EXPECT_EQ(new_code().at(0), "");
+    EXPECT_EQ(new_code().at(1), ";");
+    EXPECT_EQ(new_code().at(2), ";");
+    EXPECT_EQ(new_code().at(5), "    IFMSK LBL1,beacnt, 0CCCCh");
+    EXPECT_EQ(new_code().at(6), "    BGL_JUMP_32 LBL1a");
 }
 
 TEST_F(LightsTest, AircraftFormTestsTheSwitchBit) {
     parameters.lights.AircraftFlag = true;
     process(2, Kind::Lights);
-    EXPECT_EQ(set.new_code.lines[1], ";   No globals needed !!!! ");
-    EXPECT_EQ(set.new_code.lines[2], "    IFMSK LBL2a, dict_g_lightStates , 16");
-    EXPECT_EQ(set.new_code.lines[3], ";");
-    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL2a,beacnt, 0CCCCh");
-    EXPECT_EQ(set.new_code.lines[7], ";");
+    EXPECT_EQ(new_code().at(0), ";   No globals needed !!!! ");
+    EXPECT_EQ(new_code().at(1), "    IFMSK LBL2a, dict_g_lightStates , 16");
+    EXPECT_EQ(new_code().at(2), ";");
+    EXPECT_EQ(new_code().at(5), "    IFMSK LBL2a,beacnt, 0CCCCh");
+    EXPECT_EQ(new_code().at(6), ";");
 }
 
 TEST_F(LightsTest, BothFlagsMixTheDayFormAndTheAircraftForm) {
     parameters.lights.DayFlag = true;
     parameters.lights.AircraftFlag = true;
     process(1, Kind::Lights);
-    EXPECT_EQ(set.new_code.lines[1], "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
-    EXPECT_EQ(set.new_code.lines[2], "    IFIN1 LBL1b, tod, 1,1");
-    EXPECT_EQ(set.new_code.lines[3], "    BGL_JUMP_32 LBL1a");
-    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1a,beacnt, 0CCCCh");
-    EXPECT_EQ(set.new_code.lines[7], ";");
+    EXPECT_EQ(new_code().at(0), "    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
+    EXPECT_EQ(new_code().at(1), "    IFIN1 LBL1b, tod, 1,1");
+    EXPECT_EQ(new_code().at(2), "    BGL_JUMP_32 LBL1a");
+    EXPECT_EQ(new_code().at(5), "    IFMSK LBL1a,beacnt, 0CCCCh");
+    EXPECT_EQ(new_code().at(6), ";");
 }
 
 TEST_F(LightsTest, AMaskOfMinusOneIsWrittenAsItStands) {
     parameters.lights.FlashMask = "-1";
     process(1, Kind::Lights);
-    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1,beacnt, 0-1h");
+    EXPECT_EQ(new_code().at(5), "    IFMSK LBL1,beacnt, 0-1h");
 }
 
 TEST_F(LightsTest, ThePanelLightIsWrittenWithItsStarsAndBitZero) {
     parameters.lights.LightType = "*LIGHT_PANEL*";
     parameters.lights.AircraftFlag = true;
     process(1, Kind::Lights);
-    EXPECT_EQ(set.new_code.lines[2], "    IFMSK LBL1a, dict_g_lightStates , 0");
-    EXPECT_EQ(set.new_code.lines[9].rfind("    BGL_LIGHT *LIGHT_PANEL*, ", 0), 0U);
+    EXPECT_EQ(new_code().at(1), "    IFMSK LBL1a, dict_g_lightStates , 0");
+    EXPECT_EQ(new_code().at(8).rfind("    BGL_LIGHT *LIGHT_PANEL*, ", 0), 0U);
 }
 
 TEST_F(LightsTest, EmptyTextsBecomeEmptyOperands) {
     parameters.lights = {"LIGHT_NAV", "", "", "", "", "", false, false};
     process(1, Kind::Lights);
-    EXPECT_EQ(set.new_code.lines[6], "    IFMSK LBL1,, 0h");
-    EXPECT_EQ(set.new_code.lines[9],
+    EXPECT_EQ(new_code().at(5), "    IFMSK LBL1,, 0h");
+    EXPECT_EQ(new_code().at(8),
               "    BGL_LIGHT LIGHT_NAV, 0.000000, 0.000000, 0.000000,  ,, , 0FFFF8000h, 0.000000, "
               "1.000000, 0.000000");
 }

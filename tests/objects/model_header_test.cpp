@@ -65,8 +65,9 @@ TEST_F(ModelHeaderTest, ALastLineWithoutPartnerIsToldOf) {
               "    lonely equ 4", "param_extension_dictionary_end label dword"});
     EXPECT_EQ(table.size(), 1U);
     EXPECT_THAT(reporter.messages,
-                ElementsAre("Note: the last line of the parameter dictionary has "
-                            "no partner and is not taken over:     lonely equ 4"));
+                ElementsAre("Note: " + base +
+                            ".asm:1: the last line of the parameter dictionary has no partner and "
+                            "is dropped:     lonely equ 4"));
 }
 
 TEST_F(ModelHeaderTest, AFrameWithoutDictionaryHasNoRows) {

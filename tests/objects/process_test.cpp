@@ -1,12 +1,14 @@
 #include "objects/process.h"
+#include "objects/save.h"
 #include "set_fixture.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace morvane::test {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -41,7 +43,7 @@ TEST_F(ProcessTest, AMaterialIsProcessedOnce) {
     EXPECT_FALSE(process(1, Kind::Windsock).processed);
     expect_box("This material is already processed. Please select another.");
     EXPECT_EQ(set.translation(1).processed, "Lights");
-    EXPECT_EQ(set.records.size(), 1U);
+    EXPECT_EQ(set.replacements.size(), 1U);
 }
 
 TEST_F(ProcessTest, TheLogTellsTheLinesOfNewCode) {
@@ -54,9 +56,10 @@ TEST_F(ProcessTest, LightsGoBehindTheSelectingLine) {
     open(make_model({MadeMaterial(), MadeMaterial()}));
     process(2, Kind::Lights);
     process(1, Kind::LibraryNew);
-    ASSERT_EQ(set.records.size(), 2U);
-    EXPECT_EQ(set.records[0].insertion_line, set.translation(1).block.selecting_line + 1);
-    EXPECT_EQ(set.records[1].insertion_line, set.translation(2).block.selecting_line + 1);
+    const auto ordered = ordered_replacements(set);
+    ASSERT_EQ(ordered.size(), 2U);
+    EXPECT_EQ(ordered[0]->before_line, set.translation(1).block.selecting_line + 1);
+    EXPECT_EQ(ordered[1]->before_line, set.translation(2).block.selecting_line + 1);
 }
 
 TEST_F(ProcessTest, EffectsAndLibraryCallsAllGoBehindBglEnd) {
@@ -65,23 +68,24 @@ TEST_F(ProcessTest, EffectsAndLibraryCallsAllGoBehindBglEnd) {
     process(3, Kind::Library);
     process(1, Kind::Effects);
     const std::size_t behind = set.model.count() + 1; // BGL_END is the last line
-    ASSERT_EQ(set.records.size(), 3U);
-    std::vector<std::size_t> tags;
-    for (const ReplacementRecord& record : set.records) {
-        EXPECT_EQ(record.insertion_line, behind);
-        tags.push_back(record.tag);
+    std::vector<std::string> first_lines;
+    for (const Replacement* replacement : ordered_replacements(set)) {
+        EXPECT_EQ(replacement->before_line, behind);
+        first_lines.push_back(replacement->code.back());
     }
-    EXPECT_THAT(tags, ElementsAre(1, 2, 3)) << "in the order of processing";
+    EXPECT_THAT(first_lines, ElementsAre("SKIP_FX  label BGLCODE", "SKIP_LIB  label BGLCODE",
+                                         "SKIP_FX  label BGLCODE"))
+        << "in the order of processing";
 }
 
 TEST_F(ProcessTest, OnlyTheLinesOfThisProcessAreFiled) {
     open(make_model({MadeMaterial(), MadeMaterial()}));
     process(1, Kind::LibraryNew);
     process(2, Kind::LibraryNew);
-    ASSERT_EQ(set.generated.size(), 6U);
-    EXPECT_EQ(set.generated[2].tag, 1U);
-    EXPECT_EQ(set.generated[3].tag, 2U);
-    EXPECT_EQ(set.generated[3].text.rfind("    BGL_TRANSFORM_MAT", 0), 0U);
+    ASSERT_EQ(set.replacements.size(), 2U);
+    EXPECT_EQ(set.replacements[0].code.size(), 3U);
+    ASSERT_EQ(set.replacements[1].code.size(), 3U);
+    EXPECT_EQ(set.replacements[1].code[0].rfind("    BGL_TRANSFORM_MAT", 0), 0U);
 }
 
 TEST_F(ProcessTest, WithoutBglEndEffectsAndLibraryCallsChangeNothing) {
@@ -174,9 +178,12 @@ TEST_F(ProcessTest, ABlockWithoutTrianglesGetsANote) {
     empty.triangles = {};
     open(make_model({MadeMaterial(), empty}));
     EXPECT_TRUE(process(2, Kind::Windsock).processed);
-    EXPECT_THAT(reporter.messages, Contains(::testing::StartsWith("Note: material 2 has no")));
-    EXPECT_EQ(set.records.size(), 1U);
-    EXPECT_THAT(set.generated, IsEmpty());
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(reporter.notes[0], (Note{"row 2 (MATERIAL 1) has no triangle in its block.",
+                                       base + "_0.asm", set.translation(2).block.selecting_line + 1,
+                                       Severity::Warning, "no-triangles"}));
+    ASSERT_EQ(set.replacements.size(), 1U);
+    EXPECT_THAT(set.replacements[0].code, IsEmpty());
 }
 
 TEST_F(ProcessTest, ARunTimeErrorLeavesTheSetAsItWas) {
@@ -191,7 +198,7 @@ TEST_F(ProcessTest, ARunTimeErrorLeavesTheSetAsItWas) {
     expect_box("Error : 9 :Subscript out of range");
     EXPECT_EQ(lines(set.model), model);
     EXPECT_EQ(new_code(), code);
-    EXPECT_EQ(set.records.size(), 1U);
+    EXPECT_EQ(set.replacements.size(), 1U);
     EXPECT_EQ(set.translation(2).processed, "");
 }
 
@@ -199,7 +206,8 @@ TEST_F(ProcessTest, AFailureWhileFilingTakesTheCommentsBackToo) {
     open(make_model({MadeMaterial()}), aircraft_frame());
     const std::vector<std::string> model = lines(set.model);
     const std::vector<std::string> frame = lines(set.frame);
-    set.generated.resize(OpenSet::max_generated_rows - 1);
+    set.replacements.push_back(
+        {2, std::vector<std::string>(OpenSet::max_code_lines - 1, "of other materials")});
     parameters.lights.AircraftFlag = true;
     EXPECT_FALSE(process(1, Kind::Lights).processed);
     expect_box("Error : 9 :Subscript out of range");
@@ -207,8 +215,7 @@ TEST_F(ProcessTest, AFailureWhileFilingTakesTheCommentsBackToo) {
     EXPECT_EQ(lines(set.frame), frame);
     EXPECT_FALSE(set.frame_changed);
     EXPECT_THAT(set.dictionary, IsEmpty());
-    EXPECT_EQ(set.new_code.base, 0U);
-    EXPECT_THAT(set.records, IsEmpty());
+    EXPECT_EQ(set.replacements.size(), 1U) << "that of the others";
 }
 
 TEST_F(ProcessTest, AtMost100RecordsAreHeld) {
@@ -218,7 +225,75 @@ TEST_F(ProcessTest, AtMost100RecordsAreHeld) {
     }
     EXPECT_FALSE(process(101, Kind::LibraryNew).processed);
     expect_box("Error : 9 :Subscript out of range");
-    EXPECT_EQ(set.records.size(), 100U);
+    EXPECT_EQ(set.replacements.size(), 100U);
+}
+
+TEST_F(ProcessTest, BglEndInsideTheBlockIsLookedUpAfterTheRewriteAndTheBlockPutBack) {
+    std::vector<std::string> model = make_model({MadeMaterial()});
+    model.erase(model.end() - 3); // its DRAW_TRI_END
+    model.erase(model.end() - 2); // and the BGL_RETURN, so that BGL_END ends the block
+    open(model);
+    const std::vector<std::string> before = lines(set.model);
+    for (const Kind kind : {Kind::Effects, Kind::Library}) {
+        reporter.boxes.clear();
+        const ProcessResult result = process(1, kind);
+        EXPECT_FALSE(result.processed);
+        EXPECT_FALSE(result.change);
+        EXPECT_THAT(
+            reporter.boxes,
+            ElementsAre(RecordingReporter::Box{
+                "Cannot find proper BGL END code. File cannot be processed.", Icon::Critical}));
+        EXPECT_EQ(lines(set.model), before);
+        EXPECT_EQ(set.translation(1).processed, "");
+        EXPECT_THAT(set.replacements, IsEmpty());
+    }
+}
+
+TEST_F(ProcessTest, ABglEndThatIsCommentedOutGivesWayToTheNext) {
+    std::vector<std::string> model = make_model({MadeMaterial(), MadeMaterial()});
+    const auto end = std::find(model.begin(), model.end(), "    DRAW_TRI_END");
+    *end = "BGL_END";
+    open(model);
+    EXPECT_TRUE(process(1, Kind::Effects).processed);
+    EXPECT_EQ(set.replacements.front().before_line, set.model.count() + 1);
+}
+
+TEST_F(ProcessTest, AFailureNamesRowMaterialFileAndLine) {
+    MadeMaterial broken;
+    broken.triangles = {"0, 1, 2", "3e9, 1, 2"};
+    open(make_model({MadeMaterial(), broken}));
+    process(2, Kind::Lights);
+    expect_box("Error : 6 :Overflow");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    const Note& note = reporter.notes.front();
+    EXPECT_EQ(note.path, base + "_0.asm");
+    EXPECT_EQ(note.line, set.translation(2).block.selecting_line + 3);
+    EXPECT_EQ(note.text, "row 2 (MATERIAL 1): Overflow: the number " +
+                             std::to_string(3000000000ULL + set.vertex_list) +
+                             " does not fit into 32 bits");
+}
+
+TEST_F(ProcessTest, APlaceOffTheGlobeSaysSo) {
+    open(make_model({MadeMaterial()}, {"1e30,0,0, 0,1,0", "0,0,0, 0,1,0", "1,0,0, 0,1,0"}));
+    process(1, Kind::Effects);
+    expect_box("Error : 6 :Overflow");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_THAT(reporter.notes.front().text,
+                ::testing::ContainsRegex("Overflow: the number .* does not fit into 32 bits"));
+}
+
+TEST_F(ProcessTest, AircraftLightsOnAFrameWithoutAPlaceForADictionaryAreNoted) {
+    open(make_model({MadeMaterial()}));
+    parameters.lights.AircraftFlag = true;
+    EXPECT_TRUE(process(1, Kind::Lights).processed);
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(reporter.notes[0].code, "dictionary-missing");
+    EXPECT_EQ(reporter.notes[0].path, base + ".asm");
+    EXPECT_EQ(reporter.notes[0].severity, Severity::Error);
+    reporter.notes.clear();
+    open(make_model({MadeMaterial()}), aircraft_frame());
+    EXPECT_TRUE(process(1, Kind::Lights).processed);
+    EXPECT_THAT(reporter.notes, IsEmpty());
 }
 
 TEST(ParameterLine, EveryKind) {

@@ -1,5 +1,4 @@
-#include "base/errors.h"
-#include "objects/rewrite.h"
+#include "objects/process.h"
 #include "set_fixture.h"
 
 #include <gmock/gmock.h>
@@ -14,7 +13,9 @@ using ::testing::ElementsAre;
 class RewriteTest : public SetTest {
   protected:
     std::optional<std::size_t> rewrite(std::size_t row, Kind kind) {
-        return rewrite_material(services, set, row, kind, parameters, folder.path());
+        const ProcessResult result =
+            process_material(services, set, row, kind, parameters, folder.path());
+        return result.processed ? std::optional(result.lines) : std::nullopt;
     }
 };
 
@@ -35,12 +36,12 @@ TEST_F(RewriteTest, ThreeTrianglesOfLightsUseTwelveBufferLines) {
     three.triangles = {"0, 1, 2", "0, 1, 2", "1, 2, 0"};
     open(make_model({three}));
     EXPECT_EQ(rewrite(1, Kind::Lights), 4U);
-    EXPECT_EQ(set.new_code.base, 12U);
+    EXPECT_EQ(new_code().size(), 12U);
     for (std::size_t i = 9; i <= 11; ++i) {
-        EXPECT_EQ(set.new_code.lines[i].rfind("    BGL_LIGHT ", 0), 0U) << i;
+        EXPECT_EQ(new_code().at(i - 1).rfind("    BGL_LIGHT ", 0), 0U) << i;
     }
-    EXPECT_EQ(set.new_code.lines[9], set.new_code.lines[10]) << "nothing is deduplicated";
-    EXPECT_EQ(set.new_code.lines[12], "LBL1a label BGLCODE");
+    EXPECT_EQ(new_code().at(8), new_code().at(9)) << "nothing is deduplicated";
+    EXPECT_EQ(new_code().at(11), "LBL1a label BGLCODE");
 }
 
 TEST_F(RewriteTest, VertexNumbersCountFromTheBlocksFirstVertex) {
@@ -53,8 +54,7 @@ TEST_F(RewriteTest, VertexNumbersCountFromTheBlocksFirstVertex) {
     late.triangles = {"3, 4, 5"};
     open(make_model({late}, vertices));
     rewrite(1, Kind::LibraryNew);
-    EXPECT_EQ(set.new_code.lines[1].rfind("    BGL_TRANSFORM_MAT 27.5, ", 0), 0U)
-        << set.new_code.lines[1];
+    EXPECT_EQ(new_code().at(0).rfind("    BGL_TRANSFORM_MAT 27.5, ", 0), 0U) << new_code().at(0);
 }
 
 TEST_F(RewriteTest, NumbersAlignedToTheRightAreRead) {
@@ -62,7 +62,7 @@ TEST_F(RewriteTest, NumbersAlignedToTheRightAreRead) {
     aligned.triangles = {"   2,   0,   1"};
     open(make_model({aligned}));
     rewrite(1, Kind::LibraryNew);
-    EXPECT_EQ(set.new_code.lines[1].rfind("    BGL_TRANSFORM_MAT 4.000000, ", 0), 0U);
+    EXPECT_EQ(new_code().at(0).rfind("    BGL_TRANSFORM_MAT 4.000000, ", 0), 0U);
 }
 
 TEST_F(RewriteTest, CommentsKeepTheOldTextWithItsBlanks) {
@@ -112,7 +112,7 @@ TEST_F(RewriteTest, TheTraceFilesAreWrittenAnewOnEveryCall) {
 
 TEST_F(RewriteTest, NoTraceIsWrittenUnlessAskedFor) {
     open(make_model({MadeMaterial()}));
-    rewrite_material(services, set, 1, Kind::Lights, parameters);
+    process_material(services, set, 1, Kind::Lights, parameters);
     EXPECT_THAT(folder.names(), ElementsAre("set.asm", "set_0.asm"));
 }
 
@@ -120,15 +120,21 @@ TEST_F(RewriteTest, AVertexBeyondTheModelIsOutOfRange) {
     MadeMaterial far;
     far.triangles = {"9000, 1, 2"};
     open(make_model({far}));
-    EXPECT_THROW(rewrite(1, Kind::Lights), RuntimeError);
+    EXPECT_EQ(rewrite(1, Kind::Lights), std::nullopt);
+    ASSERT_EQ(reporter.boxes.size(), 1U);
+    EXPECT_EQ(reporter.boxes[0].text, "Error : 9 :Subscript out of range");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(reporter.notes[0].line, set.translation(1).block.selecting_line + 2);
+    EXPECT_THAT(reporter.notes[0].text,
+                ::testing::HasSubstr("row 1 (MATERIAL 0): Subscript out of range: vertex 9000 "));
 }
 
 TEST_F(RewriteTest, AVertexLineWithFewerOperandsGivesEmptyFields) {
     open(make_model({MadeMaterial()}));
     set.model.set_line(set.vertex_list, "VERTEX_DEF 1.5, 2.5");
     rewrite(1, Kind::LibraryNew);
-    EXPECT_EQ(set.new_code.lines[1].rfind("    BGL_TRANSFORM_MAT 1.5, 2., , 0.5, ", 0), 0U)
-        << set.new_code.lines[1];
+    EXPECT_EQ(new_code().at(0).rfind("    BGL_TRANSFORM_MAT 1.5, 2., , 0.5, ", 0), 0U)
+        << new_code().at(0);
 }
 
 } // namespace

@@ -93,9 +93,9 @@ class Roundtrip {
     }
 
     void skip_generated(std::size_t line, std::size_t& at) const {
-        for (const ReplacementRecord& record : set_.records) {
-            if (record.insertion_line == line) {
-                for (const std::string& code : generated_lines(set_, record)) {
+        for (const Replacement* replacement : ordered_replacements(set_)) {
+            if (replacement->before_line == line) {
+                for (const std::string& code : replacement->code) {
                     ASSERT_EQ(saved_.line(at), code);
                     ++at;
                 }

@@ -45,8 +45,11 @@ void SetTest::open(const std::vector<std::string>& model, const std::vector<std:
 }
 
 std::vector<std::string> SetTest::new_code() const {
-    return {set.new_code.lines.begin() + 1,
-            set.new_code.lines.begin() + 1 + static_cast<std::ptrdiff_t>(set.new_code.base)};
+    std::vector<std::string> code;
+    for (const Replacement& replacement : set.replacements) {
+        code.insert(code.end(), replacement.code.begin(), replacement.code.end());
+    }
+    return code;
 }
 
 std::vector<std::string> SetTest::lines(const LineStore& store) {

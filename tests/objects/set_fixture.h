@@ -41,7 +41,7 @@ class SetTest : public ::testing::Test {
     ProcessResult process(std::size_t row, Kind kind) {
         return process_material(services, set, row, kind, parameters);
     }
-    /// The new-code buffer's lines 1 .. base.
+    /// The code of all materials, in the order of Process.
     std::vector<std::string> new_code() const;
     /// All lines of a store, the spare element too.
     static std::vector<std::string> lines(const LineStore& store);

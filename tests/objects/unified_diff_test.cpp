@@ -2,11 +2,14 @@
 // each change stands in the middle of three unchanged lines.
 
 #include "objects/unified_diff.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <string>
@@ -37,6 +40,8 @@ std::vector<Hunk> hunks_of(const std::string& diff) {
                         &next.new_start, &next.new_count) == 4) {
             hunks.push_back(next);
         } else if (!hunks.empty()) {
+            EXPECT_EQ(line.back(), '\r') << "the files' line ends are kept";
+            line.pop_back();
             hunks.back().lines.push_back(line);
         }
     }
@@ -152,11 +157,30 @@ void expect_diff(const Lines& old, Lines now, const std::string& diff, bool shor
     }
 }
 
+LineStore store_of(std::string_view text) {
+    FileBytes bytes{std::make_unique<char[]>(text.size()), text.size()};
+    std::copy(text.begin(), text.end(), bytes.data.get());
+    return LineStore(std::move(bytes));
+}
+
+// A file of such lines, as it is read.
+LineStore loaded(const Lines& lines) {
+    return store_of(crlf(lines));
+}
+
+void replace_lines(LineStore& store, const Lines& now) {
+    store.insert_lines(1, now);
+    if (store.count() > now.size()) {
+        store.erase_lines(now.size() + 1, store.count());
+    }
+}
+
 void expect_frame_diff(const Lines& old, const Lines& now, bool shortest) {
     OpenSet set;
-    set.frame = LineStore(now);
+    set.frame = loaded(old);
+    replace_lines(set.frame, now);
     set.frame_changed = true;
-    expect_diff(old, now, frame_diff(set, LineStore(old), "set.asm"), shortest);
+    expect_diff(old, now, frame_diff(set, "set.asm"), shortest);
 }
 
 Lines random_lines(std::mt19937& random, std::size_t most, int kinds) {
@@ -201,17 +225,18 @@ TEST(UnifiedDiff, OfFarTooManyChangesTakesAllOutAndPutsAllIn) {
     Lines now(2000, "b");
     now.insert(now.begin() + 1000, "a");
     OpenSet set;
-    set.frame = LineStore(now);
+    set.frame = loaded(old);
+    replace_lines(set.frame, now);
     set.frame_changed = true;
-    const std::vector<Hunk> hunks = hunks_of(frame_diff(set, LineStore(old), "set.asm"));
+    const std::vector<Hunk> hunks = hunks_of(frame_diff(set, "set.asm"));
     EXPECT_EQ(applied(old, hunks).size(), 2002U);
     EXPECT_EQ(changed_lines(hunks), 4003U) << "the line that both have is not looked for";
-    Lines shorter = part(now, 0, 1999);
+    Lines shorter = part(now, 0, 1998);
     EXPECT_EQ(shorter[1000], "a");
     expect_frame_diff(part(old, 0, 2000), shorter, false);
-    set.frame = LineStore(shorter);
-    const std::vector<Hunk> compared = hunks_of(frame_diff(set, LineStore(old), "set.asm"));
-    EXPECT_EQ(changed_lines(compared), 2001U + 1999 + 1 - 2);
+    replace_lines(set.frame, shorter);
+    const std::vector<Hunk> compared = hunks_of(frame_diff(set, "set.asm"));
+    EXPECT_EQ(changed_lines(compared), 2001U + 1998 + 1 - 2);
 }
 
 TEST(UnifiedDiff, OfTheModelShowsCommentsAndGeneratedLines) {
@@ -222,13 +247,11 @@ TEST(UnifiedDiff, OfTheModelShowsCommentsAndGeneratedLines) {
             old[line] = std::to_string(line);
         }
         OpenSet set;
-        set.model = LineStore(old);
+        set.model = loaded(old);
         Lines now;
         for (std::size_t line = 1; line <= old.size(); ++line) {
             if (random() % 10 == 0) {
-                set.records.push_back({line, line});
-                set.generated.push_back({line, "new " + std::to_string(line)});
-                set.generated.push_back({line, "more"});
+                set.replacements.push_back({line, {"new " + std::to_string(line), "more"}});
                 now.insert(now.end(), {"new " + std::to_string(line), "more"});
             }
             if (random() % 10 == 0) {
@@ -238,7 +261,83 @@ TEST(UnifiedDiff, OfTheModelShowsCommentsAndGeneratedLines) {
                 now.push_back(old[line - 1]);
             }
         }
-        expect_diff(old, now, model_diff(set, LineStore(old), "set.asm"), false);
+        expect_diff(old, now, model_diff(set, "set.asm"), false);
+    }
+}
+
+// The bytes that `patch --binary` makes of the old ones: a line is what ends with LF.
+std::string patched(const std::string& old, const std::string& diff) {
+    std::istringstream old_lines(old);
+    std::istringstream lines(diff);
+    std::string result;
+    std::string line;
+    const auto copy_old = [&](std::size_t count) {
+        for (std::string text; count > 0 && std::getline(old_lines, text); --count) {
+            result += text + (old_lines.eof() ? "" : "\n");
+        }
+    };
+    std::size_t taken = 0; // of the old lines
+    while (std::getline(lines, line)) {
+        Hunk hunk;
+        if (line.starts_with("--- ") || line.starts_with("+++ ")) {
+            continue;
+        }
+        if (std::sscanf(line.c_str(), "@@ -%zu,%zu +%zu,%zu @@", &hunk.old_start, &hunk.old_count,
+                        &hunk.new_start, &hunk.new_count) == 4) {
+            const std::size_t begin = begin_of(hunk.old_start, hunk.old_count);
+            copy_old(begin - taken);
+            taken = begin;
+        } else if (line[0] == '\\') {
+            EXPECT_EQ(line, "\\ No newline at end of file");
+        } else if (line[0] == '+') {
+            result += line.substr(1) + "\n";
+        } else {
+            std::string text;
+            EXPECT_TRUE(std::getline(old_lines, text));
+            EXPECT_EQ(text, line.substr(1));
+            result += line[0] == ' ' ? text + "\n" : "";
+            ++taken;
+        }
+    }
+    copy_old(old.size());
+    return result;
+}
+
+std::string random_bytes(std::mt19937& random) {
+    static constexpr std::array<const char*, 5> pieces{"a", "b", "\r\n", "\n", "\r"};
+    std::string bytes;
+    for (std::size_t i = random() % 30; i > 0; --i) {
+        bytes += pieces.at(random() % (random() % 2 == 0 ? 3 : 5));
+    }
+    return bytes;
+}
+
+TEST(UnifiedDiff, OfFilesWithAnyLineEndsMakesTheSavedFile) {
+    std::mt19937 random(14);
+    for (int i = 0; i < 3000 && !::testing::Test::HasFailure(); ++i) {
+        const std::string old = random_bytes(random);
+        OpenSet set;
+        set.model = store_of(old);
+        set.frame = store_of(old);
+        set.frame_changed = true;
+        std::string saved_model;
+        std::string saved_frame;
+        for (std::size_t line = 1; line <= set.model.upper(); ++line) {
+            if (random() % 8 == 0) {
+                set.replacements.push_back({line, {"new"}});
+                saved_model += "new\r\n";
+            }
+            if (line <= set.model.count() && random() % 8 == 0) {
+                set.model.comment_out(line);
+                set.frame.set_line(line, "other");
+            }
+            saved_model += std::string(set.model.line(line)) + "\r\n";
+            saved_frame += std::string(set.frame.line(line)) + "\r\n";
+        }
+        const std::string model = model_diff(set, "set.asm");
+        EXPECT_EQ(patched(old, model), saved_model) << model;
+        const std::string frame = frame_diff(set, "set.asm");
+        EXPECT_EQ(patched(old, frame), saved_frame) << frame;
     }
 }
 

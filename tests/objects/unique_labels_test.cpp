@@ -26,8 +26,8 @@ class UniqueLabels : public SetTest {
             }
         }
         std::vector<std::string> labels;
-        for (const ReplacementRecord& record : set.records) {
-            labels.push_back(generated_lines(set, record).back());
+        for (const Replacement* replacement : ordered_replacements(set)) {
+            labels.push_back(replacement->code.back());
         }
         return labels;
     }

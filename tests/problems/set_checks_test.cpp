@@ -123,11 +123,11 @@ TEST_F(SetProblems, FilesThatAreMissingAreNotLoaded) {
 TEST_F(SetProblems, TablesThatAreNearlyFull) {
     open();
     for (int n = 0; n < 80; ++n) {
-        set.records.push_back({16, static_cast<std::size_t>(n) + 1});
+        set.replacements.push_back({16, {}});
     }
     EXPECT_THAT(found(), Contains("set_0.asm:0 nearly-full"));
     EXPECT_THAT(text_of("nearly-full"), HasSubstr("80 of at most 100 processed materials"));
-    set.records.pop_back();
+    set.replacements.pop_back();
     EXPECT_THAT(found(), Not(Contains("set_0.asm:0 nearly-full")));
 }
 

@@ -1,4 +1,5 @@
 #include "recipe/apply_recipe.h"
+#include "source/materials.h"
 #include "source/open_source_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
@@ -64,6 +65,14 @@ class ApplyRecipe : public ::testing::Test {
     OpenSet set_;
 };
 
+std::vector<std::string> new_code_of(const OpenSet& set) {
+    std::vector<std::string> code;
+    for (const Replacement& replacement : set.replacements) {
+        code.insert(code.end(), replacement.code.begin(), replacement.code.end());
+    }
+    return code;
+}
+
 TEST_F(ApplyRecipe, ProcessesEveryStepAndTellsWhatIsLeft) {
     Assignment red = assign("Red", Kind::Lights, 1);
     red.parameters.lights.LightInt = "77";
@@ -76,7 +85,7 @@ TEST_F(ApplyRecipe, ProcessesEveryStepAndTellsWhatIsLeft) {
     EXPECT_EQ(set_.translation(1).processed, "Lights");
     EXPECT_EQ(set_.translation(2).processed, "Lights");
     EXPECT_EQ(set_.translation(3).processed, "");
-    EXPECT_THAT(set_.new_code.lines, ::testing::Contains(HasSubstr(" 77 ,0.4,")));
+    EXPECT_THAT(new_code_of(set_), ::testing::Contains(HasSubstr(" 77 ,0.4,")));
     const std::vector<std::string> messages = reporter_.plain_messages();
     EXPECT_THAT(messages,
                 ElementsAre("Lines of new code : " + std::to_string(result.processed[0].lines),
@@ -91,7 +100,7 @@ TEST_F(ApplyRecipe, UsesTheParametersOfEachAssignment) {
     EXPECT_TRUE(result.ok);
     EXPECT_EQ(set_.translation(3).processed, "Effects");
     EXPECT_EQ(set_.translation(1).processed, "Library New");
-    EXPECT_THAT(set_.new_code.lines, ::testing::Contains(HasSubstr("\"fx_fire\"")));
+    EXPECT_THAT(new_code_of(set_), ::testing::Contains(HasSubstr("\"fx_fire\"")));
     EXPECT_EQ(reporter_.messages.back(), "Materials left as they are : 0");
 }
 
@@ -101,7 +110,8 @@ TEST_F(ApplyRecipe, StopsAtTheFirstThatFails) {
     EXPECT_FALSE(result.ok);
     EXPECT_THAT(result.processed, SizeIs(2));
     EXPECT_THAT(reporter_.boxes, SizeIs(1)); // the windsock's own
-    EXPECT_EQ(reporter_.messages.back(), "Note: material 3 (a.toml, line 5) was not processed.");
+    EXPECT_EQ(reporter_.messages.back(),
+              "Note: a.toml:5: " + full_name(set_.translation(3)) + " was not processed.");
 }
 
 } // namespace

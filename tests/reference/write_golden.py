@@ -174,9 +174,9 @@ def second_process_case():
 
 
 def difference(name, lines):
-    """What `diff -u` finds between a file and lines, carriage returns aside."""
-    old = Path(name).read_bytes().replace(b"\r", b"")
-    new = "".join(line + "\n" for line in lines).encode("latin-1")
+    """What `diff -u` finds between a file and lines as they are saved."""
+    old = Path(name).read_bytes()
+    new = "".join(line + "\r\n" for line in lines).encode("latin-1")
     with tempfile.TemporaryDirectory() as folder:
         Path(folder, "old").write_bytes(old)
         Path(folder, "new").write_bytes(new)

@@ -56,6 +56,19 @@ TEST(FindMaterialBlock, OnlyTheFirstSelectionIsTheBlock) {
     EXPECT_EQ(find(model, 1).further_places, 2U);
 }
 
+TEST(FindMaterialBlock, ASecondBlockOfOneSelectionIsAFurtherPlace) {
+    Lines model{"MATERIAL 1,0",   "DRAW_TRI_BEGIN 0, 3", "DRAW_TRI 1,2,3", "DRAW_TRI_END",
+                "LOD_2 label x",  "DRAW_TRI_BEGIN 3, 3", "DRAW_TRI 1,2,3", "DRAW_TRI_END",
+                "MATERIAL 2,0",   "DRAW_TRI_BEGIN 0, 3", "DRAW_TRI 1,2,3", "DRAW_TRI_END",
+                "; MATERIAL 1,0", "DRAW_TRI_BEGIN 0, 3", "DRAW_TRI 1,2,3", "DRAW_TRI_END"};
+    EXPECT_EQ(find(model, 1).further_places, 1U);
+    EXPECT_EQ(find(model, 1).block_end, 4U);
+    EXPECT_EQ(find(model, 2).further_places, 1U);
+    EXPECT_EQ(find(model, 2).block_end, 12U);
+    model[8] = "MATERIAL 1,0"; // selected again, with two blocks there
+    EXPECT_EQ(find(model, 1).further_places, 3U);
+}
+
 TEST(FindMaterialBlock, NumbersAreComparedAsText) {
     EXPECT_EQ(find({"MATERIAL 01,0"}, 1).selecting_line, 2U);
     EXPECT_EQ(find({"MATERIAL 1.0,0"}, 1).selecting_line, 2U);

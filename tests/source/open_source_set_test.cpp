@@ -82,21 +82,25 @@ TEST_F(OpenSourceSet, LogAndTables) {
     EXPECT_EQ(set.translation(1).highlight, "0000FF");
     EXPECT_EQ(set.translation(2).highlight, "FF0000");
     EXPECT_EQ(set.unprocessed(), 2U);
-    EXPECT_EQ(set.placement.placement_a, 0x20);
-    EXPECT_EQ(set.placement.placement_rotation, 0x8000);
+    EXPECT_EQ(set.placement.longitude, 0x20);
+    EXPECT_EQ(set.placement.rotation, 0x8000);
 }
 
 TEST_F(OpenSourceSet, FurtherPlacesOfAMaterialAreHinted) {
     write(small_model, small_frame);
     open();
     EXPECT_EQ(reporter.messages.back(),
-              "Note: material 2 is drawn in 1 more place, which stays as it is.");
+              "Note: " + base +
+                  "_0.asm:13: row 2 (MATERIAL 2) is drawn in 1 more place, which stays "
+                  "as it is.");
     Lines model = small_model;
     model.emplace_back("MATERIAL 2,0");
     write(model, small_frame);
     open();
     EXPECT_EQ(reporter.messages.back(),
-              "Note: material 2 is drawn in 2 more places, which stay as they are.");
+              "Note: " + base +
+                  "_0.asm:13: row 2 (MATERIAL 2) is drawn in 2 more places, which stay "
+                  "as they are.");
 }
 
 TEST_F(OpenSourceSet, TrianglesOfABlock) {
@@ -150,9 +154,81 @@ TEST_F(OpenSourceSet, ProcessedSetIsRefused) {
     expect_refused(model, "This file cannot be used. (Already processed ?)");
     EXPECT_EQ(reporter.boxes[0].icon, Icon::Critical);
     EXPECT_EQ(set.model.element0(), "17");
-    EXPECT_THAT(reporter.messages,
+    EXPECT_THAT(reporter.plain_messages(),
                 ElementsAre("ASM file:17 lines of code", "AZM file:4 lines of code",
                             "Materials found : 3 ", "Materials for translation : 2"));
+}
+
+// Each refusal has one note that names the cause.
+TEST_F(OpenSourceSet, ARefusalNamesItsCause) {
+    const auto expect_cause = [&](const Lines& model, std::size_t line, const std::string& text) {
+        reporter.boxes.clear();
+        expect_refused(model, "This file cannot be used. (Already processed ?)");
+        ASSERT_EQ(reporter.notes.size(), 1U);
+        EXPECT_EQ(reporter.notes[0].path, base + "_0.asm");
+        EXPECT_EQ(reporter.notes[0].line, line);
+        EXPECT_EQ(reporter.notes[0].text, text);
+    };
+    expect_cause({"x"}, 0, "there is no MATERIAL_LIST_BEGIN line, so this is not a model file.");
+    expect_cause({"x", "MATERIAL_LIST_BEGIN", "MATERIAL_LIST_END"}, 2,
+                 "the material list is empty.");
+    expect_cause({"x", "\tMATERIAL_LIST_BEGIN", "\tMATERIAL_LIST_END"}, 2,
+                 "no material list is found, because this line begins with a tab; only blanks may "
+                 "come before a keyword.");
+    Lines model = small_model;
+    model[1] = "    MATERIAL_DEF 1.0,0.5,0.0,1.0,  0.5,0.5,0.5,  0.9,0.1,0.000000,  0,0,0,  0 ; 0";
+    model[3] = "    MATERIAL_DEF 0.0,1.0,1.0,1.0,  0.5,0.5,0.5,  0.97,1.0,0,  0,0,0,  0 ; 2";
+    expect_cause(model, 4,
+                 "none of the 3 materials has a pure highlight colour; the nearest is MATERIAL 2 "
+                 "with 0.97, 1.0, 0. Red, green and blue must each be exactly 0 or 1.");
+    model[1] = model[3] = model[2];
+    expect_cause(model, 2,
+                 "none of the 3 materials has a pure highlight colour, so nothing is marked.");
+    model = small_model;
+    model[8] = "    ; drawn in red";
+    expect_cause(
+        model, 9,
+        "the line after the MATERIAL line of row 1 (MATERIAL 0) is \"; drawn in red\", not "
+        "a block of triangles.");
+    model = small_model;
+    model[8] = "; " + model[8];
+    expect_cause(model, 9,
+                 "row 1 (MATERIAL 0) is already rewritten. Restore the backup or export the model "
+                 "again.");
+}
+
+TEST_F(OpenSourceSet, AFirstMaterialThatIsDrawnNowhereIsNamed) {
+    Lines model = small_model;
+    model[7] = "    \tMATERIAL 0,0 ; the tab hides it";
+    expect_refused(model, "Error : 9 :Subscript out of range");
+    ASSERT_FALSE(reporter.notes.empty());
+    EXPECT_EQ(reporter.notes[0].text, "row 1 (MATERIAL 0) is drawn nowhere.");
+    EXPECT_EQ(reporter.notes[0].line, 2U);
+}
+
+TEST_F(OpenSourceSet, NearlyPureHighlightsAreNoted) {
+    const auto with_highlight = [&](const std::string& parts) {
+        Lines model = small_model;
+        model[2] = "    MATERIAL_DEF 0.2,0.2,0.2,1.0,  0.5,0.5,0.5,  " + parts + ",  0,0,0,  0 ; 1";
+        write(model, small_frame);
+        EXPECT_TRUE(open());
+        std::vector<std::string> texts;
+        for (const Note& note : reporter.notes) {
+            if (note.code == "near-highlight") {
+                EXPECT_EQ(note.line, 3U);
+                texts.push_back(note.text);
+            }
+        }
+        return texts;
+    };
+    EXPECT_THAT(
+        with_highlight("0.98,0.02,0.000000"),
+        ElementsAre("MATERIAL 1 is not marked: its highlight 0.98, 0.02, 0.000000 is nearly "
+                    "pure, but each part must be exactly 0 or 1."));
+    EXPECT_THAT(with_highlight("0.996078,1.0,1.02"), testing::SizeIs(1));
+    EXPECT_THAT(with_highlight("0.97,0.0,0.0"), IsEmpty()) << "too far from pure";
+    EXPECT_THAT(with_highlight("0.01,0.01,0.01"), IsEmpty()) << "nearly black";
+    EXPECT_THAT(with_highlight("1.0,0.0,0.0"), IsEmpty()) << "pure, and marked";
 }
 
 TEST_F(OpenSourceSet, SetWithoutMarkedMaterialIsRefused) {
@@ -216,7 +292,7 @@ TEST_F(OpenSourceSet, AFrameLineOfTooManyOperandsLeavesTheListUsable) {
     EXPECT_EQ(place_and_text(reporter.notes[0]),
               base + ".asm:2: Subscript out of range: a line of more than 40 operands");
     EXPECT_THAT(reporter.plain_messages(), testing::Contains("Material colors : "));
-    EXPECT_EQ(set.placement.placement_line, "");
+    EXPECT_EQ(set.placement.scale_line, "");
     EXPECT_EQ(set.placement.unreadable,
               "the placement could not be read from " + base + ".asm because of line 2");
 }
@@ -226,7 +302,7 @@ TEST_F(OpenSourceSet, APlacementInFrontOfALineOfTooManyOperandsIsNotHalfUsed) {
     EXPECT_TRUE(open());
     ASSERT_FALSE(reporter.notes.empty());
     EXPECT_EQ(reporter.notes[0].line, 2U);
-    EXPECT_EQ(set.placement.placement_line, "");
+    EXPECT_EQ(set.placement.scale_line, "");
 }
 
 TEST_F(OpenSourceSet, AMaterialLineOfTooManyOperandsIsNamed) {
@@ -260,16 +336,12 @@ TEST_F(OpenSourceSet, OpeningAgainBeginsAnew) {
     write(small_model, small_frame);
     open();
     set.translation(1).processed = "Lights";
-    set.new_code.set_line(1, "x");
-    set.records.push_back({5, 1});
-    set.generated.push_back({1, "x"});
+    set.replacements.push_back({5, {"x"}});
     set.dictionary.push_back({"a", "b"});
     set.frame_changed = true;
     EXPECT_TRUE(open());
     EXPECT_EQ(set.unprocessed(), 2U);
-    EXPECT_EQ(set.new_code.lines.size(), 1U);
-    EXPECT_THAT(set.records, IsEmpty());
-    EXPECT_THAT(set.generated, IsEmpty());
+    EXPECT_THAT(set.replacements, IsEmpty());
     EXPECT_THAT(set.dictionary, IsEmpty());
     EXPECT_FALSE(set.frame_changed);
 }

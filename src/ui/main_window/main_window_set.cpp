@@ -122,7 +122,7 @@ void MainWindow::save() {
 
 // The output box follows the input box, where the path of another set may be waiting to be opened.
 bool MainWindow::may_replace_files() {
-    if (set_.saved || set_.records.empty()) {
+    if (set_.saved || set_.replacements.empty()) {
         return true; // nothing will be written
     }
     std::vector<std::pair<std::string, std::string>> files{

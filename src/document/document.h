@@ -1,0 +1,95 @@
+#pragma once
+
+#include "base/note.h"
+#include "document/document_listener.h"
+#include "document/step.h"
+#include "objects/save.h"
+#include "source/open_set.h"
+#include "system/services.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace morvane {
+
+/// The open source set with everything that belongs to it: the parameters in force, what was done
+/// to it and can be undone, and the notes about it. What the user is told goes through the
+/// services' reporter.
+class Document {
+  public:
+    /// `trace_folder`: where Process writes its trace files; none when it is empty. The services
+    /// and the listener must outlive the document.
+    Document(const Services& services, DocumentListener& listener,
+             std::optional<std::string> trace_folder = {});
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+    ~Document();
+
+    const OpenSet& set() const { return set_; }
+    const Parameters& parameters() const { return parameters_; }
+    /// What was reported since Open began, oldest first.
+    const std::vector<Note>& notes() const { return notes_; }
+    /// The steps that are in force, oldest first.
+    const std::vector<Step>& done() const { return done_; }
+    /// The steps that were undone; the last is the next to be redone.
+    const std::vector<Step>& undone() const { return undone_; }
+
+    /// The Open command for a base path. False, after a message box, when the set cannot be used;
+    /// when its files are missing the set that was open stays. The history is empty afterwards.
+    bool open(const std::string& base);
+
+    /// Puts other parameters in force. A step, unless nothing changes.
+    void set_parameters(const Parameters& parameters);
+    /// Puts parameters in force without a step: defaults that are known only at the start.
+    void set_default_parameters(const Parameters& parameters);
+
+    /// The Process command for a row of the list (0: none is selected) with the parameters in
+    /// force, which are checked and noted. A step when anything changed.
+    ProcessResult process(std::size_t row, Kind kind);
+
+    /// Carries out the plan of a recipe: one step, even when it stops at a material.
+    ApplyResult apply(const Recipe& recipe, const RecipePlan& plan);
+
+    /// The Save command. Afterwards the steps can be read, but not undone.
+    SaveResult save(const std::string& output);
+
+    bool can_undo() const { return undo_refusal().empty() && !done_.empty(); }
+    bool can_redo() const { return undo_refusal().empty() && !undone_.empty(); }
+    /// Why nothing can be undone or redone although there are steps; empty when it can.
+    std::string undo_refusal() const;
+    /// Undo the last step, redo the one undone last. Nothing happens when it cannot be.
+    void undo();
+    void redo();
+    /// Undoes or redoes until `steps` steps are in force.
+    void go_to(std::size_t steps);
+
+    /// Whether something was processed that is not saved.
+    bool has_unsaved_work() const;
+    /// The recipe that does again what was done: an assignment for each processed material.
+    Recipe recipe() const;
+    /// The code of a processed material; null for one that is not.
+    const std::vector<std::string>* code_of(std::size_t row) const;
+
+  private:
+    class NoteKeeper;
+
+    void add_step(Step step);
+    void exchange(Step& step, bool backwards);
+    std::vector<const StepMaterial*> processed_materials() const;
+    Services services();
+
+    Services services_;
+    DocumentListener& listener_;
+    std::optional<std::string> trace_folder_;
+    std::unique_ptr<NoteKeeper> reporter_;
+    OpenSet set_;
+    Parameters parameters_;
+    std::vector<Step> done_;
+    std::vector<Step> undone_;
+    std::vector<Note> notes_;
+};
+
+} // namespace morvane
