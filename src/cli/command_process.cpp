@@ -1,154 +1,170 @@
+#include "base/errors.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "cli/cli.h"
-#include "cli/json_text.h"
-#include "objects/save.h"
-#include "objects/unified_diff.h"
-#include "problems/find_problems.h"
-#include "recipe/apply_recipe.h"
-#include "recipe/recipe.h"
-#include "source/open_source_set.h"
+#include "cli/process_set.h"
 #include "source/source_set.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace morvane::cli {
 
 namespace {
 
-struct ProcessOptions {
-    std::string base;
-    std::string recipe;
-    std::string output;
-    bool dry_run = false;
-    bool trace = false;
-    bool strict = false;
+// The command line as it was typed: bases, and a recipe among them.
+struct ProcessArguments {
+    std::vector<std::string> words;
+    bool output_given = false;
+    ProcessOptions options;
+
+    std::vector<std::string> bases{};
+    std::string recipe{}; // empty: each base takes its own
 };
 
-Json processed_json(const std::vector<ProcessedMaterial>& processed) {
-    Json rows = Json::array();
-    for (const ProcessedMaterial& material : processed) {
-        rows.push_back(
-            {{"row", material.row}, {"kind", kind_text(material.kind)}, {"lines", material.lines}});
-    }
-    return rows;
+// A second word that is not a base but a file is the recipe, whatever its name ends in.
+bool is_recipe(Disk& disk, const std::vector<std::string>& words, std::size_t i) {
+    return has_ending(words[i], ".toml") ||
+           (words.size() == 2 && i == 1 && !has_ending(words[0], ".toml") &&
+            disk.is_file(words[i]) && !disk.is_file(model_file_name(words[i])));
 }
 
-Json paths_json(const std::vector<std::string>& paths) {
-    Json result = Json::array();
-    for (const std::string& path : paths) {
-        result.push_back(json_path(path));
-    }
-    return result;
-}
-
-struct Processed {
-    ApplyResult applied;
-    SaveResult saved;
-    std::string diff; // of a dry run
-};
-
-void print_outcome(const Cli& cli, const OpenSet& set, const Processed& outcome) {
-    if (!cli.json) {
-        cli.reporter.print_log();
-        std::cout << outcome.diff;
-        return;
-    }
-    Json document{{"processed", processed_json(outcome.applied.processed)},
-                  {"unprocessed", set.unprocessed()},
-                  {"saved", paths_json(outcome.saved.paths)},
-                  {"messages", json_texts(cli.reporter.messages())}};
-    if (!outcome.diff.empty()) {
-        document["diff"] = json_text(outcome.diff);
-    }
-    print_json(document);
-}
-
-std::string diff_of(const OpenSet& set, const std::string& output) {
-    return model_diff(set, model_file_name(output)) + frame_diff(set, frame_file_name(output));
-}
-
-// The plan of a recipe for an open set; errors in it have been printed when there is none.
-std::optional<RecipePlan> make_plan(const OpenSet& set, const Recipe& recipe, bool strict) {
-    RecipePlan plan = plan_recipe(set, recipe);
-    if (strict && plan.left > 0) {
-        plan.errors.push_back(recipe.file + ": " + to_text(plan.left) +
-                              " marked materials are named by no assignment (--strict)");
-    }
-    if (!plan.errors.empty()) {
-        report_wrong(plan.errors);
-        for (const Note& hint : plan.hints) {
-            std::cerr << "Note: " << place_and_text(hint) << '\n';
+// Tells bases and recipe apart. Returns what is wrong; empty when nothing is.
+std::string sort_words(Disk& disk, ProcessArguments& arguments) {
+    for (std::size_t i = 0; i < arguments.words.size(); ++i) {
+        const std::string& word = arguments.words[i];
+        if (!is_recipe(disk, arguments.words, i)) {
+            arguments.bases.push_back(word);
+        } else if (arguments.recipe.empty()) {
+            arguments.recipe = word;
+        } else {
+            return "Only one recipe can be given: " + arguments.recipe + " or " + word + ".";
         }
-        return std::nullopt;
     }
-    return plan;
+    const std::string& output = arguments.options.output;
+    if (arguments.bases.empty()) {
+        return "No base path is given.";
+    }
+    if (arguments.output_given && arguments.bases.size() > 1) {
+        return "--output takes one base path, so it cannot be used with several sets.";
+    }
+    if (arguments.output_given && output.empty()) {
+        return "--output is empty. It takes a base path without an ending.";
+    }
+    if (has_ending(output, ".asm")) {
+        return "--output " + output + ": a base path is given without an ending.";
+    }
+    if (arguments.options.with_frame && !arguments.output_given) {
+        return "--with-frame goes with --output.";
+    }
+    return {};
 }
 
-int process_and_save(Cli& cli, OpenSet& set, const Recipe& recipe, const RecipePlan& plan,
-                     const ProcessOptions& options) {
-    const std::string output = options.output.empty() ? options.base : options.output;
-    const std::optional<std::string> trace =
-        options.trace && !options.dry_run ? std::optional<std::string>("") : std::nullopt;
-    Processed outcome;
-    outcome.applied = apply_recipe(cli.services(), set, recipe, plan, trace);
-    if (!outcome.applied.ok) {
-        cli.reporter.print_notes();
-        return failed;
+SetResult process_base(Cli& cli, const ProcessArguments& arguments, const std::string& base) {
+    return process_set(cli, arguments.options, base,
+                       arguments.recipe.empty() ? base + ".toml" : arguments.recipe);
+}
+
+int process_one(Cli& cli, const ProcessArguments& arguments) {
+    const SetResult result = process_base(cli, arguments, arguments.bases.front());
+    if (cli.json && result.status == done) {
+        print_json(result.document);
     }
-    const bool problems = note_problems(
-        cli.reporter, find_set_assembly_problems(*cli.disk, set, output), recipe.allow);
-    if (problems && options.strict) {
-        cli.reporter.message_box("The result has problems, so nothing was saved (--strict).",
-                                 Icon::Critical);
-        cli.reporter.print_notes();
-        return failed;
+    return result.status;
+}
+
+struct Counts {
+    std::size_t done = 0;
+    std::size_t refused = 0;
+    std::size_t failed = 0;
+};
+
+SetResult process_guarded(Cli& cli, const ProcessArguments& arguments, const std::string& base) {
+    cli.reporter.clear_messages();
+    try {
+        return process_base(cli, arguments, base);
+    } catch (const RuntimeError& error) {
+        cli.reporter.message_box(error.what(), Icon::None);
+        return {failed, false, nullptr};
     }
-    if (options.dry_run) {
-        outcome.diff = diff_of(set, output);
-    } else if (plan.steps.empty()) {
-        cli.reporter.note({"no assignment matches a material, so nothing was saved."});
+}
+
+Json error_document(const Cli& cli, const std::string& base, int status) {
+    return {{"base", json_path(base)},
+            {"error",
+             {{"status", status},
+              {"text", "The set was not processed; standard error says why."},
+              {"problems", Json::array()}}},
+            {"messages", json_texts(cli.reporter.messages())}};
+}
+
+int process_several(Cli& cli, const ProcessArguments& arguments) {
+    Counts counts;
+    int worst = done;
+    Json sets = Json::array();
+    for (const std::string& base : arguments.bases) {
+        std::cerr << "Note: set " << base << std::endl;
+        const SetResult result = process_guarded(cli, arguments, base);
+        std::cout.flush();
+        worst = std::max(worst, result.status);
+        ++(result.status == done ? counts.done : result.refused ? counts.refused : counts.failed);
+        sets.push_back(result.status == done ? result.document
+                                             : error_document(cli, base, result.status));
+    }
+    if (cli.json) {
+        print_json({{"sets", sets}});
     } else {
-        outcome.saved = save_set(cli.services(), set, output);
-        if (!outcome.saved.saved) {
-            cli.reporter.print_notes();
-            return failed;
-        }
+        std::cout << arguments.bases.size() << " sets: " << counts.done << " done, "
+                  << counts.refused << " refused, " << counts.failed << " failed\n";
     }
-    print_outcome(cli, set, outcome);
-    return done;
+    return worst;
 }
 
-int run_process(Cli& cli, const ProcessOptions& options) {
-    const RecipeReading reading = read_recipe(*cli.disk, options.recipe, cli.default_effect());
-    if (!reading.recipe) {
-        return report_wrong(reading.errors);
+int run_process(Cli& cli, ProcessArguments arguments) {
+    if (const std::string problem = sort_words(*cli.disk, arguments); !problem.empty()) {
+        return report_wrong({problem});
     }
-    OpenSet set;
-    if (!open_source_set(cli.services(), set, options.base)) {
-        cli.reporter.print_notes();
-        return failed;
-    }
-    const auto plan = make_plan(set, *reading.recipe, options.strict);
-    return plan ? process_and_save(cli, set, *reading.recipe, *plan, options) : wrong;
+    return arguments.bases.size() == 1 ? process_one(cli, arguments)
+                                       : process_several(cli, arguments);
+}
+
+void add_process_options(CLI::App& command, ProcessArguments& arguments) {
+    ProcessOptions& options = arguments.options;
+    command
+        .add_option("BASE", arguments.words,
+                    "Base paths of sets, without an ending, and a recipe (.toml) for all of them; "
+                    "without one each set takes BASE.toml")
+        ->required();
+    command
+        .add_option_function<std::string>(
+            "--output",
+            [&arguments](const std::string& base) {
+                arguments.options.output = base;
+                arguments.output_given = true;
+            },
+            "Save under another base path")
+        ->type_name("BASE");
+    command.add_flag("--with-frame", options.with_frame,
+                     "Write the frame file under the other base path too");
+    command.add_flag("--backup", options.backup, "Back the set up before it is saved");
+    command.add_flag("--force", options.force,
+                     "Take materials that are rewritten or hold more than triangles too, and let "
+                     "--backup replace the backup of an export");
+    command.add_flag("--dry-run", options.dry_run,
+                     "Write no file; print the change as a unified diff");
+    command.add_flag("--trace", options.trace, "Write the trace files to the current folder");
+    command.add_flag("--strict", options.strict,
+                     "Materials that no assignment names, and problems of the result, are errors");
 }
 
 } // namespace
 
 void add_process_command(CLI::App& app, Cli& cli) {
-    auto* command =
-        app.add_subcommand("process", "Rewrite the marked materials of a set by a recipe and save");
-    const auto options = std::make_shared<ProcessOptions>();
-    command->add_option("BASE", options->base, "Base path of the set, without an ending")
-        ->required();
-    command->add_option("RECIPE", options->recipe, "Recipe file (TOML)")->required();
-    command->add_option("--output", options->output, "Save under another base path")
-        ->type_name("BASE");
-    command->add_flag("--dry-run", options->dry_run,
-                      "Write no file; print the change as a unified diff");
-    command->add_flag("--trace", options->trace, "Write the trace files to the current folder");
-    command->add_flag("--strict", options->strict,
-                      "Materials that no assignment names, and problems of the result, are errors");
-    on_call(*command, cli, [&cli, options] { return run_process(cli, *options); });
+    auto* command = app.add_subcommand(
+        "process", "Rewrite the marked materials of sets by a recipe and save them");
+    const auto arguments = std::make_shared<ProcessArguments>();
+    add_process_options(*command, *arguments);
+    on_call(*command, cli, [&cli, arguments] { return run_process(cli, *arguments); });
 }
 
 } // namespace morvane::cli

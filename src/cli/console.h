@@ -22,5 +22,6 @@ std::vector<std::string> console_arguments(int argc, char** argv);
 
 bool input_is_terminal();
 bool errors_go_to_terminal();
+bool output_is_terminal();
 
 } // namespace morvane::cli

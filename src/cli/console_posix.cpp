@@ -15,6 +15,10 @@ bool input_is_terminal() {
     return isatty(STDIN_FILENO) != 0;
 }
 
+bool output_is_terminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+
 bool errors_go_to_terminal() {
     return isatty(STDERR_FILENO) != 0;
 }

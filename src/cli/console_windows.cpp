@@ -60,6 +60,10 @@ bool input_is_terminal() {
     return is_console(STD_INPUT_HANDLE);
 }
 
+bool output_is_terminal() {
+    return is_console(STD_OUTPUT_HANDLE);
+}
+
 bool errors_go_to_terminal() {
     return is_console(STD_ERROR_HANDLE);
 }
