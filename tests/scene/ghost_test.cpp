@@ -61,7 +61,7 @@ TEST(Ghost, LeavesTheSetAsItIs) {
         opened.set.model.line(opened.set.translation(1).block.selecting_line + 1));
     opened.ghost(Kind::Lights);
     EXPECT_EQ(opened.set.model.line(opened.set.translation(1).block.selecting_line + 1), line);
-    EXPECT_EQ(opened.set.new_code.base, 0U);
+    EXPECT_THAT(opened.set.replacements, IsEmpty());
     EXPECT_EQ(opened.set.unprocessed(), 1U);
 }
 
