@@ -11,58 +11,61 @@ namespace morvane {
 
 namespace {
 
-/// The place up to which a file was read. It may be outside the file, where all bytes are zero.
-struct ReadPosition {
-    ReadableFile& file;
-    std::int64_t offset;
+/// Reads a file forward from a place, which may be outside the file, where all bytes are zero.
+/// Reads a little ahead: an index and the records near it take one call of the system, not one for
+/// each.
+class Reader {
+  public:
+    Reader(ReadableFile& file, std::int64_t offset) : file_(file), offset_(offset) {}
+
+    void go_to(std::int64_t offset) { offset_ = offset; }
+    // Forward only: a count of zero or less stays in place.
+    void skip(std::int64_t count) { offset_ += std::max<std::int64_t>(count, 0); }
+
+    /// The next bytes, at most `read_ahead_size`; they are valid until the next call.
+    std::string_view next(std::size_t count) {
+        if (offset_ < window_offset_ || offset_ + length(count) > window_offset_ + filled_) {
+            fill();
+        }
+        const std::string_view bytes(&window_[static_cast<std::size_t>(offset_ - window_offset_)],
+                                     count);
+        offset_ += length(count);
+        return bytes;
+    }
+
+  private:
+    static std::int64_t length(std::size_t count) { return static_cast<std::int64_t>(count); }
+
+    void fill() {
+        window_.fill('\0');
+        window_offset_ = offset_;
+        filled_ = length(window_.size());
+        const std::int64_t first = std::max<std::int64_t>(offset_, 0);
+        const std::int64_t last =
+            std::min(offset_ + filled_, static_cast<std::int64_t>(file_.size()));
+        if (first < last) {
+            file_.read_at(static_cast<std::uint64_t>(first),
+                          &window_[static_cast<std::size_t>(first - offset_)],
+                          static_cast<std::size_t>(last - first));
+        }
+    }
+
+    ReadableFile& file_;
+    std::int64_t offset_;
+    std::int64_t window_offset_ = 0;
+    std::int64_t filled_ = 0;
+    std::array<char, read_ahead_size> window_;
 };
 
-// Fills `buffer` with the next `count` bytes.
-void read_bytes_at(ReadPosition& at, char* buffer, std::size_t count) {
-    std::fill_n(buffer, count, '\0');
-    const auto size = static_cast<std::int64_t>(at.file.size());
-    const auto length = static_cast<std::int64_t>(count);
-    const std::int64_t first = std::max<std::int64_t>(at.offset, 0);
-    const std::int64_t last = std::min(at.offset + length, size);
-    if (first < last) {
-        at.file.read_at(static_cast<std::uint64_t>(first), buffer + (first - at.offset),
-                        static_cast<std::size_t>(last - first));
-    }
-    at.offset += length;
-}
-
-// Goes forward only: a count of zero or less stays in place.
-void skip_bytes(ReadPosition& at, std::int64_t count) {
-    at.offset += std::max<std::int64_t>(count, 0);
-}
-
-// How many index entries to read at once: all that come before the first object record, so that
-// nothing after the index is read for nothing, but never more than the buffer holds.
-std::size_t entries_at_once(const std::vector<std::int32_t>& offsets, std::size_t buffered) {
-    const auto known = static_cast<std::int64_t>(offsets.size());
-    const std::int64_t before_records =
-        offsets.empty() ? 0 : offsets[0] / static_cast<std::int64_t>(index_entry_size) - known;
-    return static_cast<std::size_t>(
-        std::clamp<std::int64_t>(before_records, 1, static_cast<std::int64_t>(buffered)));
-}
-
 // The offsets of the objects' records, up to the first that is zero.
-std::vector<std::int32_t> read_index(ReadPosition at) {
-    constexpr std::size_t buffered = 64;
-    std::array<char, buffered * index_entry_size> buffer;
+std::vector<std::int32_t> read_index(Reader& reader) {
     std::vector<std::int32_t> offsets;
     while (offsets.size() < max_index_entries) {
-        const std::size_t count =
-            std::min(entries_at_once(offsets, buffered), max_index_entries - offsets.size());
-        read_bytes_at(at, buffer.data(), count * index_entry_size);
-        const std::string_view bytes(buffer.data(), count * index_entry_size);
-        for (std::size_t i = 0; i < count; ++i) {
-            const auto offset = little_endian<std::int32_t>(bytes, i * index_entry_size);
-            if (offset == 0) {
-                return offsets;
-            }
-            offsets.push_back(offset);
+        const auto offset = little_endian<std::int32_t>(reader.next(index_entry_size), 0);
+        if (offset == 0) {
+            break;
         }
+        offsets.push_back(offset);
     }
     return offsets;
 }
@@ -82,25 +85,21 @@ LibraryObject decode_object(std::string_view record) {
     return object;
 }
 
-// Reads a name of `length` bytes and keeps what fits; the position is then after the whole name.
-std::string read_name(ReadPosition& at, std::int64_t length) {
-    std::string name(object_name_size, '\0');
+// Reads a name of `length` bytes and keeps what fits; the reader is then after the whole name.
+std::string read_name(Reader& reader, std::int64_t length) {
     const auto kept = static_cast<std::size_t>(
         std::clamp<std::int64_t>(length, 0, static_cast<std::int64_t>(object_name_size)));
-    read_bytes_at(at, name.data(), kept);
-    skip_bytes(at, length - static_cast<std::int64_t>(kept));
-    const std::size_t end = std::min(name.find('\0'), kept);
-    name.resize(end);
+    const std::string_view bytes = reader.next(kept);
+    std::string name(bytes.substr(0, bytes.find('\0')));
     name.resize(object_name_size, ' ');
+    reader.skip(length - static_cast<std::int64_t>(kept));
     return name;
 }
 
-LibraryObject read_object(ReadPosition& at) {
-    std::array<char, object_record_size> record;
-    read_bytes_at(at, record.data(), record.size());
-    LibraryObject object = decode_object({record.data(), record.size()});
-    object.name = read_name(at, std::int64_t{object.record_length} -
-                                    static_cast<std::int64_t>(object_record_size));
+LibraryObject read_object(Reader& reader) {
+    LibraryObject object = decode_object(reader.next(object_record_size));
+    object.name = read_name(reader, std::int64_t{object.record_length} -
+                                        static_cast<std::int64_t>(object_record_size));
     return object;
 }
 
@@ -113,7 +112,8 @@ Listing read_library_objects(ReadableFile& file, const BglHeader& header) {
     if (header.FL_spare2 != 0) {
         return {Listing::State::Compressed};
     }
-    const std::vector<std::int32_t> offsets = read_index({file, header.FL_library_ptr});
+    Reader reader(file, header.FL_library_ptr);
+    const std::vector<std::int32_t> offsets = read_index(reader);
     if (offsets.size() > max_library_objects) {
         throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
                            "more than " + std::to_string(max_library_objects) + " library objects");
@@ -124,12 +124,12 @@ Listing read_library_objects(ReadableFile& file, const BglHeader& header) {
     }
     // Records are read one after another: an index offset says how far it is to the next one, and
     // one that leads back is not followed.
-    ReadPosition at{file, std::int64_t{header.FL_library_ptr} + offsets[0]};
+    reader.go_to(std::int64_t{header.FL_library_ptr} + offsets[0]);
     for (std::size_t i = 0; i < offsets.size(); ++i) {
-        listing.objects.push_back(read_object(at));
+        listing.objects.push_back(read_object(reader));
         if (i + 1 < offsets.size()) {
-            skip_bytes(at, std::int64_t{offsets[i + 1]} - offsets[i] -
-                               listing.objects.back().record_length);
+            reader.skip(std::int64_t{offsets[i + 1]} - offsets[i] -
+                        listing.objects.back().record_length);
         }
     }
     return listing;

@@ -15,6 +15,7 @@ inline constexpr std::size_t max_library_objects = 2000;
 inline constexpr std::size_t index_entry_size = 20;
 inline constexpr std::size_t object_record_size = 41; // without the name
 inline constexpr std::size_t object_name_size = 47;
+inline constexpr std::size_t read_ahead_size = 8192;
 
 /// One object as its library lists it.
 struct LibraryObject {
@@ -42,7 +43,8 @@ struct Listing {
 /// Reads the objects of an open file.
 ///
 /// Nothing the file says is trusted: what is outside it reads as zeros, and no more is read than
-/// index, records and the kept part of each name. Throws SubscriptOutOfRange for more than
+/// index, records, the kept part of each name and at most `read_ahead_size` bytes after any of
+/// them. Throws SubscriptOutOfRange for more than
 /// `max_library_objects`, saying how many.
 Listing read_library_objects(ReadableFile& file, const BglHeader& header);
 
