@@ -1,18 +1,14 @@
-# The manual page and the completions of the shells, both made from the program's own options. What
-# puts the window into the menu is installed along with it.
+# The manual pages and the completions of the shells. What puts the window into the menu is installed
+# along with it.
 
 set(made ${CMAKE_BINARY_DIR}/made)
 file(MAKE_DIRECTORY ${made})
-add_custom_command(
-  OUTPUT ${made}/morvane-cli ${made}/_morvane-cli ${made}/morvane-cli.fish
-  COMMAND morvane-cli --completions bash > ${made}/morvane-cli
-  COMMAND morvane-cli --completions zsh > ${made}/_morvane-cli
-  COMMAND morvane-cli --completions fish > ${made}/morvane-cli.fish
-  DEPENDS morvane-cli VERBATIM)
-set(pages ${made}/morvane-cli)
-install(FILES ${made}/morvane-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-install(FILES ${made}/_morvane-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
-install(FILES ${made}/morvane-cli.fish
+set(pages)
+set(scripts ${CMAKE_SOURCE_DIR}/share/completions)
+install(FILES ${scripts}/morvane-cli.bash RENAME morvane-cli
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES ${scripts}/_morvane-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+install(FILES ${scripts}/morvane-cli.fish
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 
 find_program(MORVANE_PYTHON NAMES python3)

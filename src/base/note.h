@@ -13,12 +13,13 @@ struct Note {
     std::string path{};   // empty: about no file
     std::size_t line = 0; // from 1; 0: about the whole file
     Severity severity = Severity::Note;
-    std::string code{}; // names the check that found it, e.g. "flash-mask"; empty: none did
+    std::string code{};     // names the check that found it, e.g. "flash-mask"; empty: none did
+    std::size_t column = 0; // in characters, from 1; 0: about the whole line
 
     bool operator==(const Note&) const = default;
 };
 
-/// "PATH:LINE: TEXT", without the parts that the note does not have.
+/// Returns "PATH:LINE:COLUMN: TEXT", without the parts that the note does not have.
 std::string place_and_text(const Note& note);
 
 } // namespace morvane

@@ -8,8 +8,13 @@ std::string place_and_text(const Note& note) {
     if (note.path.empty()) {
         return note.text;
     }
-    const std::string line = note.line == 0 ? "" : ":" + std::to_string(note.line);
-    return note.path + line + ": " + note.text;
+    std::string place = note.path;
+    for (const std::size_t number : {note.line, note.column}) {
+        if (number != 0) {
+            place += ":" + std::to_string(number);
+        }
+    }
+    return place + ": " + note.text;
 }
 
 void Reporter::note(const Note& note) {

@@ -114,6 +114,25 @@ std::optional<std::string> from_utf8(std::string_view utf8) {
     return text;
 }
 
+std::optional<std::string> source_text(std::string_view text) {
+    return valid_utf8_length(text) == text.size() ? from_utf8(text) : std::string(text);
+}
+
+std::string readable_text(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const std::size_t valid = valid_utf8_length(bytes);
+        text += bytes.substr(0, valid);
+        bytes.remove_prefix(valid);
+        if (!bytes.empty()) {
+            text += to_utf8(bytes.substr(0, 1));
+            bytes.remove_prefix(1);
+        }
+    }
+    return text;
+}
+
 std::size_t valid_utf8_length(std::string_view text) {
     std::size_t length = 0;
     while (length < text.size()) {

@@ -17,6 +17,15 @@ std::string to_utf8(std::string_view windows1252);
 /// Nothing when the text is not UTF-8 or holds a character that Windows-1252 lacks.
 std::optional<std::string> from_utf8(std::string_view utf8);
 
+/// Text that is typed or named in UTF-8, as source files hold it: in Windows-1252. Bytes that are
+/// not UTF-8 (the name of a file from an old disk) are Windows-1252 already and returned as they
+/// are. std::nullopt when the text holds a character that Windows-1252 lacks.
+std::optional<std::string> source_text(std::string_view text);
+
+/// The UTF-8 text of bytes that are part UTF-8 (paths), part Windows-1252 (what a file holds):
+/// every byte that does not belong to well-formed UTF-8 is taken for Windows-1252.
+std::string readable_text(std::string_view bytes);
+
 /// How many bytes from the start on are well-formed UTF-8; the text's size when all are.
 std::size_t valid_utf8_length(std::string_view text);
 

@@ -1,5 +1,6 @@
 #include "cli/cli.h"
 
+#include "base/windows1252.h"
 #include "system/program_places.h"
 #include "upkeep/settings.h"
 
@@ -12,8 +13,13 @@ std::string Cli::program_folder() {
     return resolve_program_folder(*disk, program_places(program_folder_option));
 }
 
+std::vector<std::string> Cli::effects() {
+    return effect_names(services(),
+                        find_program_folder(*disk, program_places(program_folder_option)));
+}
+
 std::string Cli::default_effect() {
-    const std::vector<std::string> names = read_effect_names(services(), program_folder());
+    const std::vector<std::string> names = effects();
     return names.empty() ? std::string() : names.front();
 }
 
@@ -24,11 +30,28 @@ void on_call(CLI::App& command, Cli& cli, std::function<int()> run) {
     });
 }
 
-int report_wrong(const std::vector<std::string>& errors) {
+void add_example(CLI::App& command, const std::string& line) {
+    command.footer("Example:\n  morvane-cli " + line);
+}
+
+int report_wrong(Cli& cli, const std::vector<std::string>& errors,
+                 const std::vector<Note>& problems) {
     for (const std::string& error : errors) {
-        std::cerr << error << '\n';
+        std::cerr << readable_text(error) << '\n';
     }
+    cli.problems.insert(cli.problems.end(), problems.begin(), problems.end());
     return wrong;
+}
+
+int report_usage(Cli& cli, const std::string& problem) {
+    std::cerr << readable_text(problem) << '\n';
+    cli.error = problem;
+    return wrong;
+}
+
+void print_json(Cli& cli, const Json& document) {
+    std::cout << document.dump(2) << '\n';
+    cli.document_printed = true;
 }
 
 } // namespace morvane::cli

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "base/note.h"
 #include "cli/console_reporter.h"
+#include "cli/json_text.h"
 #include "system/disk.h"
 #include "system/services.h"
 
@@ -27,20 +29,36 @@ struct Cli {
     std::string program_folder_option; // as typed, empty when not given
     bool json = false;
     int status = done;
+    std::vector<Note> problems;    // of a recipe, a list or a project
+    std::string error;             // what else ended the command; empty when a message box says it
+    bool document_printed = false; // a command that fails may have printed one all the same
 
     Services services() { return {*disk, reporter}; }
-    /// The folder of settings, scratch and report files.
+    /// The folder of settings, scratch and report files; created when missing. Throws RuntimeError.
     std::string program_folder();
+    /// The effect list. Writes nothing, so that no program folder is needed.
+    std::vector<std::string> effects();
     /// The effect that a recipe means when it names none: the first of the effect list.
     std::string default_effect();
 };
 
-/// Hangs `run` on a command: it is called when the command line has been read, and gives the exit
-/// status.
+/// Sets what a command does: `run` is called once the command line has been read, and returns the
+/// exit status.
 void on_call(CLI::App& command, Cli& cli, std::function<int()> run);
 
-/// Prints messages about a wrong recipe or list to standard error; gives the status for that.
-int report_wrong(const std::vector<std::string>& errors);
+/// The example that ends the help of a command: its line, without "morvane-cli ".
+void add_example(CLI::App& command, const std::string& line);
+
+/// Prints what is wrong with a recipe, list or project to standard error; returns the status for
+/// that. `problems` are the same errors, for the document of --json.
+int report_wrong(Cli& cli, const std::vector<std::string>& errors,
+                 const std::vector<Note>& problems);
+
+/// The same for the command line.
+int report_usage(Cli& cli, const std::string& problem);
+
+/// Prints the one document of a command that runs with --json.
+void print_json(Cli& cli, const Json& document);
 
 // One function a command file: adds the commands to the program's command line.
 void add_inspect_command(CLI::App& app, Cli& cli);

@@ -9,7 +9,7 @@ namespace {
 
 int run_assemble(Cli& cli, AircraftJob& job) {
     if (job.shadow_optimization && job.bases[Shadow].empty()) {
-        return report_wrong({"--shadow-optimization: --shadow BASE is missing"});
+        return report_usage(cli, "--shadow-optimization: --shadow BASE is missing");
     }
     cli.reporter.print_notes_at_once();
     job.program_folder = cli.program_folder();
@@ -18,8 +18,8 @@ int run_assemble(Cli& cli, AircraftJob& job) {
         note_problems(cli.reporter, find_file_assembly_problems(*cli.disk, *output));
     }
     if (cli.json && output) {
-        print_json(
-            {{"output", json_path(*output)}, {"messages", json_texts(cli.reporter.messages())}});
+        print_json(cli, {{"output", json_path(*output)},
+                         {"messages", json_texts(cli.reporter.messages())}});
     }
     return output ? done : failed;
 }
@@ -51,6 +51,7 @@ void add_assemble_command(CLI::App& app, Cli& cli) {
     command->add_flag("--shadow-optimization", job->shadow_optimization,
                       "Draw the shadow from the shadow model");
     add_base(*command, *job, Shadow, "--shadow", "The simplest possible model, for the shadow");
+    add_example(*command, "assemble --complete glider --shadow-optimization --shadow shadow");
     on_call(*command, cli, [&cli, job] { return run_assemble(cli, *job); });
 }
 

@@ -37,7 +37,7 @@ void print_report(Cli& cli, OutputBox& box) {
 int finish(Cli& cli, Json document, bool succeeded) {
     if (cli.json) {
         document["messages"] = json_texts(cli.reporter.messages());
-        print_json(document);
+        print_json(cli, document);
     }
     if (!cli.json || !succeeded) {
         std::cout.flush();
@@ -88,9 +88,11 @@ using RunOnPath = std::function<int(const std::string&)>;
 
 CLI::App* add_path_command(CLI::App& app, Cli& cli, const char* name, const char* argument,
                            const char* text, const char* argument_text, const RunOnPath& run) {
+    const std::string example = argument == std::string("DIR") ? "Scenery" : "objects.bgl";
     auto* command = app.add_subcommand(name, text);
     const auto path = std::make_shared<std::string>();
     command->add_option(argument, *path, argument_text)->required();
+    add_example(*command, std::string("bgl ") + name + " " + example);
     on_call(*command, cli, [run, path] { return run(*path); });
     return command;
 }

@@ -6,7 +6,6 @@
 #include "problems/quiet_reporter.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/recipe.h"
-#include "upkeep/settings.h"
 
 #include <algorithm>
 #include <iostream>
@@ -42,13 +41,13 @@ Json problem_json(const Problem& problem) {
             {"row", problem.row ? Json(*problem.row) : Json(nullptr)}};
 }
 
-void print_problems(const Cli& cli, const std::vector<Problem>& problems) {
+void print_problems(Cli& cli, const std::vector<Problem>& problems) {
     if (cli.json) {
         Json rows = Json::array();
         for (const Problem& problem : problems) {
             rows.push_back(problem_json(problem));
         }
-        print_json({{"problems", rows}, {"messages", json_texts(cli.reporter.messages())}});
+        print_json(cli, {{"problems", rows}, {"messages", json_texts(cli.reporter.messages())}});
         return;
     }
     for (const Problem& problem : problems) {
@@ -65,7 +64,7 @@ int status_of(const std::vector<Problem>& problems, bool strict) {
     return bad ? failed : done;
 }
 
-int finish(const Cli& cli, const std::vector<Problem>& problems, bool strict) {
+int finish(Cli& cli, const std::vector<Problem>& problems, bool strict) {
     print_problems(cli, problems);
     return status_of(problems, strict);
 }
@@ -102,12 +101,12 @@ int check_set(Cli& cli, const CheckOptions& options, const Recipe* recipe) {
     if (recipe != nullptr && set.opened) {
         plan = plan_recipe(set, *recipe);
         if (!plan.errors.empty()) {
-            return report_wrong(plan.errors);
+            return report_wrong(cli, plan.errors, plan.problems);
         }
         set = applied(cli, set, *recipe, plan);
     }
     ProblemRequest request{set};
-    request.effects = read_effect_names(cli.services(), cli.program_folder());
+    request.effects = cli.effects();
     request.opened_frame = &checked.set.frame;
     if (recipe != nullptr) {
         request.allowed = recipe->allow;
@@ -118,8 +117,7 @@ int check_set(Cli& cli, const CheckOptions& options, const Recipe* recipe) {
 
 int check_recipe_alone(Cli& cli, const CheckOptions& options, const Recipe& recipe) {
     std::vector<Problem> problems;
-    const std::vector<std::string> effects =
-        read_effect_names(cli.services(), cli.program_folder());
+    const std::vector<std::string> effects = cli.effects();
     for (const Assignment& assignment : recipe.assignments) {
         PlannedObject object = planned_object(recipe, assignment, 0);
         check_effect_name(object, effects, problems);
@@ -143,7 +141,7 @@ int run_check(Cli& cli, const CheckOptions& options) {
     }
     const RecipeReading reading = read_recipe(*cli.disk, file, cli.default_effect());
     if (!reading.recipe) {
-        return report_wrong(reading.errors);
+        return report_wrong(cli, reading.errors, reading.problems);
     }
     return alone ? check_recipe_alone(cli, options, *reading.recipe)
                  : check_set(cli, options, &*reading.recipe);
@@ -161,6 +159,7 @@ void add_check_command(CLI::App& app, Cli& cli) {
         ->required();
     command->add_option("RECIPE", options->recipe, "Recipe file (TOML)");
     command->add_flag("--strict", options->strict, "Warnings end with status 1 too");
+    add_example(*command, "check airport airport.toml");
     on_call(*command, cli, [&cli, options] { return run_check(cli, *options); });
 }
 

@@ -23,25 +23,25 @@ Json translation_json(const OpenSet& set, std::size_t row) {
             {"triangles", count_triangles(set.model, material.block)}};
 }
 
-void print_inspect_json(const OpenSet& set, const ConsoleReporter& reporter) {
+void print_inspect_json(Cli& cli, const OpenSet& set) {
     Json rows = Json::array();
     for (std::size_t row = 1; row <= set.translations.size(); ++row) {
         rows.push_back(translation_json(set, row));
     }
     const Placement& placement = set.placement;
-    print_json({{"base", json_path(set.base)},
-                {"model_lines", set.model.upper()},
-                {"frame_lines", set.frame.upper()},
-                {"materials", set.materials.size()},
-                {"vertex_list", set.vertex_list},
-                {"translations", rows},
-                {"placement",
-                 {{"a", placement.longitude},
-                  {"b", placement.latitude},
-                  {"b_degrees", placement.latitude_degrees},
-                  {"line", json_text(placement.scale_line)},
-                  {"rotation", placement.rotation}}},
-                {"messages", json_texts(reporter.messages())}});
+    print_json(cli, {{"base", json_path(set.base)},
+                     {"model_lines", set.model.upper()},
+                     {"frame_lines", set.frame.upper()},
+                     {"materials", set.materials.size()},
+                     {"vertex_list", set.vertex_list},
+                     {"translations", rows},
+                     {"placement",
+                      {{"a", placement.longitude},
+                       {"b", placement.latitude},
+                       {"b_degrees", placement.latitude_degrees},
+                       {"line", json_text(placement.scale_line)},
+                       {"rotation", placement.rotation}}},
+                     {"messages", json_texts(cli.reporter.messages())}});
 }
 
 void print_material(const OpenSet& set, std::size_t row) {
@@ -60,7 +60,7 @@ int run_inspect(Cli& cli, const std::string& base) {
         return failed;
     }
     if (cli.json) {
-        print_inspect_json(set, cli.reporter);
+        print_inspect_json(cli, set);
         return done;
     }
     cli.reporter.print_log();
@@ -76,6 +76,7 @@ void add_inspect_command(CLI::App& app, Cli& cli) {
     auto* command = app.add_subcommand("inspect", "Open a set and list its marked materials");
     const auto base = std::make_shared<std::string>();
     command->add_option("BASE", *base, "Base path of the set, without an ending")->required();
+    add_example(*command, "inspect airport");
     on_call(*command, cli, [&cli, base] { return run_inspect(cli, *base); });
 }
 

@@ -28,10 +28,10 @@ int run_describe(Cli& cli, const std::string& design) {
         return failed;
     }
     if (cli.json) {
-        print_json({{"scale", json_text(description->scale)},
-                    {"size", json_text(description->size)},
-                    {"name", json_path(description->name)},
-                    {"messages", json_texts(cli.reporter.messages())}});
+        print_json(cli, {{"scale", json_text(description->scale)},
+                         {"size", json_text(description->size)},
+                         {"name", json_path(description->name)},
+                         {"messages", json_texts(cli.reporter.messages())}});
         return done;
     }
     std::cout << "Scale: " << description->scale << "\nObject Size: " << description->size
@@ -42,7 +42,7 @@ int run_describe(Cli& cli, const std::string& design) {
 int fill_guids(Cli& cli, const std::string& list) {
     const GuidFilling filling = generate_guids(cli.services(), list, random_guid);
     if (!filling.errors.empty()) {
-        return report_wrong(filling.errors);
+        return report_wrong(cli, filling.errors, filling.problems);
     }
     const std::string text = "Identifiers generated : " + to_text(filling.filled);
     cli.reporter.add_message(text);
@@ -55,7 +55,7 @@ int fill_guids(Cli& cli, const std::string& list) {
 int create(Cli& cli, const CreateOptions& options) {
     const LibraryListReading reading = read_library_list(cli.services(), options.list);
     if (!reading.list) {
-        return report_wrong(reading.errors);
+        return report_wrong(cli, reading.errors, reading.problems);
     }
     if (!create_library(cli.services(), *reading.list, options.output)) {
         return failed;
@@ -87,7 +87,7 @@ int run_create(Cli& cli, const CreateOptions& options) {
         if (options.output_given) {
             saved.push_back(json_path(options.output));
         }
-        print_json({{"saved", saved}, {"messages", json_texts(cli.reporter.messages())}});
+        print_json(cli, {{"saved", saved}, {"messages", json_texts(cli.reporter.messages())}});
     }
     return status;
 }
@@ -98,6 +98,7 @@ void add_describe_command(CLI::App& library, Cli& cli) {
     const auto design = std::make_shared<std::string>();
     command->add_option("DESIGN", *design, "Base path of the design, without an ending")
         ->required();
+    add_example(*command, "library describe hangar");
     on_call(*command, cli, [&cli, design] { return run_describe(cli, *design); });
 }
 
@@ -110,10 +111,11 @@ void add_create_command(CLI::App& library, Cli& cli) {
     command->add_flag("--generate-guids", options->generate_guids,
                       "Write new identifiers into LIST where they are missing; without --output "
                       "nothing else");
+    add_example(*command, "library create objects.toml --output objects.asm");
     on_call(*command, cli, [&cli, options, output] {
         options->output_given = output->count() > 0;
         if (!options->output_given && !options->generate_guids) {
-            return report_wrong({"--output is required"});
+            return report_usage(cli, "--output is required");
         }
         return run_create(cli, *options);
     });

@@ -68,7 +68,7 @@ SetResult process_base(Cli& cli, const ProcessArguments& arguments, const std::s
 int process_one(Cli& cli, const ProcessArguments& arguments) {
     const SetResult result = process_base(cli, arguments, arguments.bases.front());
     if (cli.json && result.status == done) {
-        print_json(result.document);
+        print_json(cli, result.document);
     }
     return result.status;
 }
@@ -112,7 +112,7 @@ int process_several(Cli& cli, const ProcessArguments& arguments) {
                                              : error_document(cli, base, result.status));
     }
     if (cli.json) {
-        print_json({{"sets", sets}});
+        print_json(cli, {{"sets", sets}});
     } else {
         std::cout << arguments.bases.size() << " sets: " << counts.done << " done, "
                   << counts.refused << " refused, " << counts.failed << " failed\n";
@@ -122,7 +122,7 @@ int process_several(Cli& cli, const ProcessArguments& arguments) {
 
 int run_process(Cli& cli, ProcessArguments arguments) {
     if (const std::string problem = sort_words(*cli.disk, arguments); !problem.empty()) {
-        return report_wrong({problem});
+        return report_usage(cli, problem);
     }
     return arguments.bases.size() == 1 ? process_one(cli, arguments)
                                        : process_several(cli, arguments);
@@ -164,6 +164,7 @@ void add_process_command(CLI::App& app, Cli& cli) {
         "process", "Rewrite the marked materials of sets by a recipe and save them");
     const auto arguments = std::make_shared<ProcessArguments>();
     add_process_options(*command, *arguments);
+    add_example(*command, "process airport airport.toml");
     on_call(*command, cli, [&cli, arguments] { return run_process(cli, *arguments); });
 }
 

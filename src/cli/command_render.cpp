@@ -84,7 +84,7 @@ std::optional<scene::Scene> scene_with_recipe(Cli& cli, const RenderOptions& opt
                                               OpenSet& set) {
     const RecipeReading reading = read_recipe(*cli.disk, options.recipe, cli.default_effect());
     if (!reading.recipe) {
-        cli.status = report_wrong(reading.errors);
+        cli.status = report_wrong(cli, reading.errors, reading.problems);
         return std::nullopt;
     }
     if (!open_source_set(cli.services(), set, options.input)) {
@@ -92,7 +92,7 @@ std::optional<scene::Scene> scene_with_recipe(Cli& cli, const RenderOptions& opt
     }
     const RecipePlan plan = plan_recipe(set, *reading.recipe);
     if (!plan.errors.empty()) {
-        cli.status = report_wrong(plan.errors);
+        cli.status = report_wrong(cli, plan.errors, plan.problems);
         return std::nullopt;
     }
     if (!apply_recipe(cli.services(), set, *reading.recipe, plan).ok) {
@@ -125,13 +125,13 @@ Json textures_json(const scene::Scene& scene) {
     return result;
 }
 
-void print_set(const Cli& cli, const scene::Scene& scene, const std::string& output) {
+void print_set(Cli& cli, const scene::Scene& scene, const std::string& output) {
     if (cli.json) {
-        print_json({{"output", json_path(output)},
-                    {"triangles", scene.triangles.size()},
-                    {"marks", scene.marks.size()},
-                    {"textures", textures_json(scene)},
-                    {"messages", json_texts(cli.reporter.messages())}});
+        print_json(cli, {{"output", json_path(output)},
+                         {"triangles", scene.triangles.size()},
+                         {"marks", scene.marks.size()},
+                         {"textures", textures_json(scene)},
+                         {"messages", json_texts(cli.reporter.messages())}});
         return;
     }
     cli.reporter.print_notes();
@@ -223,8 +223,7 @@ raster::Picture picture_of_object(const scene::Shape& shape, const RenderOptions
     return picture;
 }
 
-void print_shapes(const Cli& cli, const std::vector<scene::Shape>& shapes,
-                  const RenderOptions& options) {
+void print_shapes(Cli& cli, const std::vector<scene::Shape>& shapes, const RenderOptions& options) {
     if (!cli.json) {
         cli.reporter.print_notes();
         std::cout << options.output << ": " << shapes.size()
@@ -239,9 +238,9 @@ void print_shapes(const Cli& cli, const std::vector<scene::Shape>& shapes,
                            {"commands", shape.commands},
                            {"trouble", shape.trouble.empty() ? Json() : Json(shape.trouble)}});
     }
-    print_json({{"output", json_path(options.output)},
-                {"objects", objects},
-                {"messages", json_texts(cli.reporter.messages())}});
+    print_json(cli, {{"output", json_path(options.output)},
+                     {"objects", objects},
+                     {"messages", json_texts(cli.reporter.messages())}});
 }
 
 int render_library(Cli& cli, const RenderOptions& options,
@@ -318,6 +317,7 @@ void add_render_command(CLI::App& app, Cli& cli) {
         ->type_name("FILE.bgl");
     command->add_flag("--no-marks", options->no_marks, "Leave out what was generated");
     command->add_flag("--dark", options->dark, "Draw on a dark background");
+    add_example(*command, "render airport --output airport.png");
     on_call(*command, cli, [&cli, options] { return run_render(cli, *options); });
 }
 

@@ -13,10 +13,10 @@ namespace {
 using Bases = std::vector<std::string>;
 
 // Prints the outcome as JSON if that is wanted; gives the exit status.
-int finish(const Cli& cli, Outcome outcome, Json document = Json::object()) {
+int finish(Cli& cli, Outcome outcome, Json document = Json::object()) {
     if (cli.json && outcome == Outcome::Done) {
         document["messages"] = json_texts(cli.reporter.messages());
-        print_json(document);
+        print_json(cli, document);
     }
     return outcome == Outcome::Done ? done : failed;
 }
@@ -90,12 +90,14 @@ void add_backup_command(CLI::App& app, Cli& cli) {
     const auto force = std::make_shared<bool>(false);
     command->add_flag("--force", *force,
                       "Also copy a set that was rewritten over the backup of one that was not");
+    add_example(*command, "backup airport");
     on_call(*command, cli, [&cli, bases, force] { return run_backup(cli, *bases, *force); });
 }
 
 void add_restore_command(CLI::App& app, Cli& cli) {
     auto* command = app.add_subcommand("restore", "Copy the backups of a set back");
     const auto bases = add_bases(*command);
+    add_example(*command, "restore airport");
     on_call(*command, cli, [&cli, bases] { return run_restore(cli, *bases); });
 }
 
@@ -104,6 +106,7 @@ void add_compile_command(CLI::App& app, Cli& cli) {
         app.add_subcommand("compile", "Run the compiler bglc of the set's folder on the set");
     const auto base = std::make_shared<std::string>();
     command->add_option("BASE", *base, "Base path of the set, without an ending")->required();
+    add_example(*command, "compile airport");
     on_call(*command, cli, [&cli, base] { return run_compiler(cli, *base); });
 }
 
@@ -114,6 +117,7 @@ void add_rename_labels_command(CLI::App& app, Cli& cli) {
     const auto suffix = std::make_shared<std::string>();
     command->add_option("FILE", *file, "The file's full name, with its ending")->required();
     command->add_option("SUFFIX", *suffix, "The text to append, for example G2")->required();
+    add_example(*command, "rename-labels hangar_0.asm G2");
     on_call(*command, cli, [&cli, file, suffix] { return run_rename_labels(cli, *file, *suffix); });
 }
 

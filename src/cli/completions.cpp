@@ -1,235 +1,234 @@
 #include "cli/completions.h"
 
+#include "base/errors.h"
+#include "base/paths.h"
+#include "cli/help.h"
+#include "system/disk.h"
+#include "system/program_places.h"
+
 #include <algorithm>
-#include <string_view>
-#include <vector>
+#include <iostream>
+#include <set>
 
 namespace morvane::cli {
 
 namespace {
 
-struct OptionWord {
-    std::string name; // with its dashes
-    std::string description;
+/// Which files an argument can name.
+enum class Files { None, Any, Sets, Toml, SetsAndToml, Bgl, Folders };
+
+// A set and what belongs to it can be named in any order.
+bool takes_recipes_too(const std::string& command) {
+    return command == "process" || command == "check" || command == "render" || command == "watch";
+}
+
+// By the name of the argument, and for options by the type of their value.
+Files files_of(const CLI::App& command, const std::string& name) {
+    if (name == "FILE") {
+        const CLI::App* above = command.get_parent();
+        return above != nullptr && above->get_name() == "bgl" ? Files::Bgl : Files::Any;
+    }
+    if (name == "BASE" || name == "DESIGN") {
+        return Files::Sets;
+    }
+    if (name == "RECIPE" || name == "LIST" || name == "PROJECT") {
+        return Files::Toml;
+    }
+    return name == "DIR" ? Files::Folders : Files::None;
+}
+
+// The names of files are offered without the rest of their path in some shells, so that it counts
+// for nothing but finding them.
+struct TypedPath {
+    std::string shown_folder; // as typed, with its "/"
+    std::string folder;       // to be listed
+    std::string begin;        // of the name
 };
 
-/// A command as it is typed behind the program's name ("bgl analyse"); the program itself is "".
-struct Command {
-    std::string path;
-    std::string description;
-    std::vector<OptionWord> options;
-    std::vector<std::string> subcommands;
+TypedPath typed_path(const std::string& word) {
+    const std::size_t slash = word.rfind('/');
+    if (slash == std::string::npos) {
+        return {"", ".", word};
+    }
+    TypedPath path{word.substr(0, slash + 1), word.substr(0, slash + 1), word.substr(slash + 1)};
+    if (path.folder.starts_with("~/")) {
+        path.folder.replace(0, 1, environment_variable("HOME"));
+    }
+    return path;
+}
+
+constexpr std::string_view model_ending = "_0.asm";
+
+// What is offered for a file; empty when it is not one of those that are meant.
+std::string offered_name(const std::string& name, Files files, const std::set<std::string>& names) {
+    const bool bases = files == Files::Sets || files == Files::SetsAndToml;
+    const bool toml = files == Files::Toml || files == Files::SetsAndToml;
+    if (bases && name.ends_with(model_ending)) {
+        const std::string base = name.substr(0, name.size() - model_ending.size());
+        return names.contains(base + ".asm") ? base : std::string();
+    }
+    const bool fits = files == Files::Any || (toml && has_ending(name, ".toml")) ||
+                      (files == Files::Bgl && has_ending(name, ".bgl"));
+    return fits ? name : std::string();
+}
+
+std::vector<FolderEntry> listed(Disk& disk, const std::string& folder) {
+    try {
+        return disk.list_folder(folder);
+    } catch (const RuntimeError&) {
+        return {}; // nothing to offer
+    }
+}
+
+Candidates matching_files(Disk& disk, const std::string& word, Files files) {
+    const TypedPath typed = typed_path(word);
+    const std::vector<FolderEntry> entries = listed(disk, typed.folder);
+    std::set<std::string> names;
+    for (const FolderEntry& entry : entries) {
+        names.insert(entry.name);
+    }
+    Candidates candidates{true, {}};
+    for (const FolderEntry& entry : entries) {
+        const bool folder =
+            entry.folder || (!entry.file && disk.is_folder(join_path(typed.folder, entry.name)));
+        const std::string name = folder ? entry.name + "/" : offered_name(entry.name, files, names);
+        const bool hidden = name.starts_with('.') && typed.begin.empty();
+        if (!name.empty() && name.starts_with(typed.begin) && !hidden) {
+            candidates.found.push_back({typed.shown_folder + name});
+        }
+    }
+    return candidates;
+}
+
+const CLI::Option* find_option(const CLI::App& command, const std::string& word) {
+    for (const CLI::Option* option : command.get_options()) {
+        if (option->nonpositional() && option->check_name(word)) {
+            return option;
+        }
+    }
+    return command.get_parent() == nullptr ? nullptr : find_option(*command.get_parent(), word);
+}
+
+bool takes_value(const CLI::Option& option) {
+    return option.get_items_expected_max() > 0;
+}
+
+/// Where in the command line the next word comes.
+struct Position {
+    const CLI::App* command;
+    const CLI::Option* value_of = nullptr; // an option that waits for its value
+    std::size_t arguments = 0;             // of the command so far
 };
 
-std::vector<OptionWord> options_of(const CLI::App& app) {
-    std::vector<OptionWord> words;
-    for (const CLI::Option* option : app.get_options()) {
-        if (!option->get_group().empty()) {
-            for (const std::string& name : option->get_lnames()) {
-                words.push_back({"--" + name, option->get_description()});
-            }
+Position position_after(const CLI::App& app, const std::vector<std::string>& words) {
+    Position position{&app};
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (word == "=") {
+            continue; // bash takes "--option=value" apart
+        }
+        if (position.value_of != nullptr) {
+            position.value_of = nullptr;
+        } else if (word.size() > 1 && word.starts_with('-')) {
+            const CLI::Option* option = find_option(*position.command, word);
+            position.value_of = option != nullptr && takes_value(*option) ? option : nullptr;
+        } else if (const CLI::App* below = find_command(*position.command, word)) {
+            position.command = below;
+        } else {
+            ++position.arguments;
         }
     }
-    return words;
+    return position;
 }
 
-void collect(const CLI::App& app, const std::string& path, std::vector<Command>& commands) {
-    Command command{path, app.get_description(), options_of(app), {}};
-    const auto below = app.get_subcommands([](const CLI::App*) { return true; });
-    for (const CLI::App* subcommand : below) {
-        command.subcommands.push_back(subcommand->get_name());
+// The argument that comes next; the last one when that takes any number of words.
+const CLI::Option* argument_at(const CLI::App& command, std::size_t index) {
+    const auto arguments =
+        command.get_options([](const CLI::Option* option) { return option->get_positional(); });
+    if (index < arguments.size()) {
+        return arguments[index];
     }
-    commands.push_back(std::move(command));
-    for (const CLI::App* subcommand : below) {
-        collect(*subcommand, path + (path.empty() ? "" : " ") + subcommand->get_name(), commands);
-    }
+    const bool repeated = !arguments.empty() && arguments.back()->get_items_expected_max() > 1;
+    return repeated ? arguments.back() : nullptr;
 }
 
-std::string joined(const std::vector<std::string>& words, std::string_view between) {
-    std::string text;
-    for (const std::string& word : words) {
-        text.append(text.empty() ? "" : between).append(word);
-    }
-    return text;
-}
-
-std::vector<std::string> names_of(const std::vector<OptionWord>& options) {
-    std::vector<std::string> names;
-    names.reserve(options.size());
-    for (const OptionWord& option : options) {
-        names.push_back(option.name);
-    }
-    return names;
-}
-
-// In single quotes of a shell; a quote in the text ends them, stands escaped, and begins them anew.
-std::string shell_quoted(const std::string& text) {
-    std::string result = "'";
-    for (const char c : text) {
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return result + "'";
-}
-
-// The pattern of a shell's case for the words that are commands, and not a command's arguments.
-std::string command_patterns(const std::vector<Command>& commands) {
-    std::vector<std::string> paths;
-    for (const Command& command : commands) {
-        if (!command.path.empty()) {
-            paths.push_back(shell_quoted(command.path));
+void add_options(const CLI::App& command, Candidates& candidates) {
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            candidates.found.push_back({"--" + name, option->get_description()});
         }
     }
-    return joined(paths, " | ");
-}
-
-std::string bash_script(const std::vector<Command>& commands) {
-    std::string cases;
-    for (const Command& command : commands) {
-        auto options = names_of(command.options);
-        if (!command.path.empty()) {
-            const auto common = names_of(commands.front().options);
-            options.insert(options.end(), common.begin(), common.end());
-        }
-        cases += "        " + shell_quoted(command.path) +
-                 ")\n            commands=" + shell_quoted(joined(command.subcommands, " ")) +
-                 "\n            options=" + shell_quoted(joined(options, " ")) + " ;;\n";
+    if (command.get_parent() != nullptr) {
+        add_options(*command.get_parent(), candidates);
     }
-    return "_morvane_cli() {\n"
-           "    local current=${COMP_WORDS[COMP_CWORD]} command= path commands options i\n"
-           "    for ((i = 1; i < COMP_CWORD; i++)); do\n"
-           "        path=${command:+$command }${COMP_WORDS[i]}\n"
-           "        case $path in\n"
-           "        " +
-           command_patterns(commands) +
-           ") command=$path ;;\n"
-           "        esac\n"
-           "    done\n"
-           "    case $command in\n" +
-           cases +
-           "    esac\n"
-           "    if [[ $current == -* ]]; then\n"
-           "        COMPREPLY=($(compgen -W \"$options\" -- \"$current\"))\n"
-           "    else\n"
-           "        COMPREPLY=($(compgen -W \"$commands\" -- \"$current\"))\n"
-           "    fi\n"
-           "}\n"
-           "# Files where no command is meant.\n"
-           "complete -o default -F _morvane_cli morvane-cli\n";
 }
 
-// A colon ends the word that zsh describes.
-std::string zsh_word(const std::string& word, const std::string& description) {
-    return shell_quoted(word + ":" + description);
-}
-
-std::string zsh_options(const Command& command) {
-    std::string words;
-    for (const OptionWord& option : command.options) {
-        words += "\n                " + zsh_word(option.name, option.description);
-    }
-    return words;
-}
-
-std::string zsh_script(const std::vector<Command>& commands) {
-    std::string cases;
-    for (const Command& command : commands) {
-        cases += "        " + shell_quoted(command.path) + ")\n            commands=(";
-        for (const Command& below : commands) {
-            const std::size_t blank = below.path.rfind(' ');
-            const bool direct =
-                blank == std::string::npos
-                    ? command.path.empty() && !below.path.empty()
-                    : !command.path.empty() && below.path.substr(0, blank) == command.path;
-            if (direct) {
-                cases += "\n                " +
-                         zsh_word(below.path.substr(blank == std::string::npos ? 0 : blank + 1),
-                                  below.description);
-            }
-        }
-        cases += ")\n            options+=(" + (command.path.empty() ? "" : zsh_options(command)) +
-                 ") ;;\n";
-    }
-    return "#compdef morvane-cli\n"
-           "_morvane_cli() {\n"
-           "    local -a commands options=(" +
-           zsh_options(commands.front()) +
-           ")\n"
-           "    local command= typed i\n"
-           "    for ((i = 2; i < CURRENT; i++)); do\n"
-           "        typed=\"${command:+$command }$words[i]\"\n"
-           "        case $typed in\n"
-           "        " +
-           command_patterns(commands) +
-           ") command=$typed ;;\n"
-           "        esac\n"
-           "    done\n"
-           "    case $command in\n" +
-           cases +
-           "    esac\n"
-           "    if [[ $PREFIX == -* ]]; then\n"
-           "        _describe option options\n"
-           "    elif (( $#commands )); then\n"
-           "        _describe command commands\n"
-           "    else\n"
-           "        _files\n"
-           "    fi\n"
-           "}\n"
-           "_morvane_cli \"$@\"\n";
-}
-
-std::string fish_condition(const std::string& path) {
-    if (path.empty()) {
-        return {};
-    }
-    std::string condition = "__fish_seen_subcommand_from " + path;
-    const std::size_t blank = path.find(' ');
-    if (blank != std::string::npos) {
-        condition = "__fish_seen_subcommand_from " + path.substr(0, blank) +
-                    "; and __fish_seen_subcommand_from " + path.substr(blank + 1);
-    }
-    return " -n " + shell_quoted(condition);
-}
-
-std::string fish_script(const std::vector<Command>& commands) {
-    std::string script;
-    for (const Command& command : commands) {
-        for (const OptionWord& option : command.options) {
-            script += "complete -c morvane-cli" + fish_condition(command.path) + " -l " +
-                      option.name.substr(2) + " -d " + shell_quoted(option.description) + "\n";
-        }
-        const std::size_t blank = command.path.find(' ');
-        if (!command.path.empty()) {
-            script += "complete -c morvane-cli";
-            script += blank == std::string::npos ? " -n __fish_use_subcommand"
-                                                 : fish_condition(command.path.substr(0, blank));
-            script += " -a " + command.path.substr(blank == std::string::npos ? 0 : blank + 1) +
-                      " -d " + shell_quoted(command.description) + "\n";
+Candidates matching_words(const Position& position, const std::string& word) {
+    Candidates candidates;
+    if (word.starts_with('-')) {
+        add_options(*position.command, candidates);
+    } else if (position.arguments == 0) {
+        for (const CLI::App* below : commands_below(*position.command)) {
+            candidates.found.push_back({below->get_name(), below->get_description()});
         }
     }
-    return script;
+    std::erase_if(candidates.found,
+                  [&](const Candidate& candidate) { return !candidate.text.starts_with(word); });
+    return candidates;
 }
 
 } // namespace
 
-std::string completions(const CLI::App& app, const std::string& shell) {
-    std::vector<Command> commands;
-    collect(app, "", commands);
-    if (shell == "bash") {
-        return bash_script(commands);
+Candidates candidates_for(Disk& disk, const CLI::App& app, const std::vector<std::string>& words) {
+    const Position position = position_after(app, words);
+    const std::string word = words.empty() || words.back() == "=" ? std::string() : words.back();
+    if (position.value_of != nullptr) {
+        return matching_files(disk, word,
+                              files_of(*position.command, position.value_of->get_type_name()));
     }
-    return shell == "zsh" ? zsh_script(commands) : fish_script(commands);
+    const CLI::Option* argument = argument_at(*position.command, position.arguments);
+    if (word.starts_with('-') || argument == nullptr) {
+        return matching_words(position, word);
+    }
+    const Files files = takes_recipes_too(position.command->get_name())
+                            ? Files::SetsAndToml
+                            : files_of(*position.command, argument->get_name());
+    return matching_files(disk, word, files);
+}
+
+bool print_candidates(Disk& disk, const CLI::App& app, const std::vector<std::string>& arguments) {
+    if (arguments.empty() || arguments.front() != "--complete-words") {
+        return false;
+    }
+    const Candidates candidates =
+        candidates_for(disk, app, {arguments.begin() + 1, arguments.end()});
+    std::cout << (candidates.files ? "files\n" : "words\n");
+    for (const Candidate& candidate : candidates.found) {
+        std::cout << candidate.text;
+        if (!candidate.description.empty()) {
+            std::cout << '\t' << candidate.description;
+        }
+        std::cout << '\n';
+    }
+    return true;
 }
 
 void add_completions_option(CLI::App& app) {
     app.add_option_function<std::string>(
            "--completions",
-           [&app](const std::string& shell) {
-               throw CLI::CallForVersion(completions(app, shell), 0);
+           [](const std::string& shell) {
+               for (const CompletionScript& script : completion_scripts()) {
+                   if (script.shell == shell) {
+                       std::cout << script.text;
+                       throw CLI::Success();
+                   }
+               }
+               throw CLI::ValidationError("--completions: there is no script for \"" + shell +
+                                          "\", only for bash, zsh and fish");
            },
-           "Print the completions for bash, zsh or fish and leave")
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}))
-        ->trigger_on_parse()
-        ->group("");
+           "Print the script that completes command lines in bash, zsh or fish, and leave")
+        ->type_name("SHELL")
+        ->trigger_on_parse();
 }
 
 } // namespace morvane::cli

@@ -1,5 +1,6 @@
 #include "cli/console_reporter.h"
 
+#include "base/windows1252.h"
 #include "cli/console.h"
 
 #include <iostream>
@@ -35,7 +36,7 @@ void ConsoleReporter::note(const Note& note) {
     notes_.push_back(note);
     if (notes_at_once_) {
         end_progress();
-        std::cerr << "Note: " << place_and_text(note) << std::endl;
+        std::cerr << "Note: " << readable_text(place_and_text(note)) << std::endl;
     }
 }
 
@@ -46,16 +47,27 @@ void ConsoleReporter::clear_messages() {
 
 void ConsoleReporter::message_box(std::string_view text, Icon icon) {
     end_progress();
-    std::cerr << '[' << icon_name(icon) << "] " << text << std::endl;
+    std::cerr << '[' << icon_name(icon) << "] " << readable_text(text) << std::endl;
+    last_refusal_ = text;
 }
 
 bool ConsoleReporter::ask(std::string_view text, Icon /*icon*/, std::string_view /*title*/) {
     end_progress();
-    std::cerr << "[question] " << text << std::endl;
+    std::cerr << "[question] " << readable_text(text) << std::endl;
+    if (answer()) {
+        return true;
+    }
+    last_refusal_ = "answered No: " + std::string(text);
+    return false;
+}
+
+bool ConsoleReporter::answer() const {
     if (answer_ != Answer::Ask) {
         return answer_ == Answer::Yes;
     }
     if (!input_is_terminal()) {
+        std::cerr << "Note: nobody is there to answer, so the answer is No; --yes answers Yes."
+                  << std::endl;
         return false;
     }
     std::cerr << "Yes or no? [y/N] " << std::flush;
@@ -85,13 +97,15 @@ void ConsoleReporter::end_progress() {
 
 void ConsoleReporter::print_log() const {
     for (const std::string& message : messages_) {
-        std::cout << message << '\n';
+        if (!quiet_) {
+            std::cout << readable_text(message) << '\n';
+        }
     }
 }
 
 void ConsoleReporter::print_notes() const {
     for (const Note& note : notes_) {
-        std::cerr << "Note: " << place_and_text(note) << '\n';
+        std::cerr << "Note: " << readable_text(place_and_text(note)) << '\n';
     }
 }
 

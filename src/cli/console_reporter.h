@@ -15,6 +15,8 @@ enum class Answer { Ask, Yes, No };
 class ConsoleReporter final : public Reporter {
   public:
     void set_answer(Answer answer) { answer_ = answer; }
+    /// Omits the log on standard output.
+    void set_quiet() { quiet_ = true; }
     /// Prints hints to standard error as they come, for commands that print no log; they then stand
     /// before what they are about.
     void print_notes_at_once() { notes_at_once_ = true; }
@@ -22,6 +24,8 @@ class ConsoleReporter final : public Reporter {
     const std::vector<Note>& notes() const { return notes_; }
     /// The message log, oldest first.
     const std::vector<std::string>& messages() const { return messages_; }
+    /// The last message box, or the last question that was answered No; empty when there was none.
+    const std::string& last_refusal() const { return last_refusal_; }
 
     void add_message(std::string_view text) override;
     void note(const Note& note) override;
@@ -30,7 +34,7 @@ class ConsoleReporter final : public Reporter {
     bool ask(std::string_view text, Icon icon, std::string_view title) override;
     bool progress(std::string_view what, std::size_t done, std::size_t total) override;
 
-    /// Prints the log's lines to standard output.
+    /// Prints the log's lines to standard output, unless quiet.
     void print_log() const;
     /// Prints the log's hints to standard error, for commands whose output is something else.
     void print_notes() const;
@@ -38,9 +42,13 @@ class ConsoleReporter final : public Reporter {
     void end_progress();
 
   private:
+    bool answer() const;
+
     std::vector<std::string> messages_;
     std::vector<Note> notes_;
+    std::string last_refusal_;
     Answer answer_ = Answer::Ask;
+    bool quiet_ = false;
     bool notes_at_once_ = false;
     bool progress_shown_ = false;
 };

@@ -13,10 +13,9 @@ using Json = nlohmann::ordered_json;
 
 /// Bytes of the users' files, which are Windows-1252, as a JSON text.
 Json json_text(std::string_view bytes);
+/// Messages, which quote files and name paths: what is not UTF-8 is taken for Windows-1252.
 Json json_texts(const std::vector<std::string>& lines);
-/// A path, which is UTF-8 already; what is not is taken for Windows-1252.
+/// A path, likewise.
 Json json_path(std::string_view path);
-
-void print_json(const Json& document);
 
 } // namespace morvane::cli

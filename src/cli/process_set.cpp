@@ -94,7 +94,7 @@ bool make_plan(SetRun& run) {
                                   " marked materials are named by no assignment (--strict)");
     }
     if (!run.plan.errors.empty()) {
-        report_wrong(run.plan.errors);
+        report_wrong(run.cli, run.plan.errors, run.plan.problems);
         for (const Note& hint : run.plan.hints) {
             std::cerr << "Note: " << place_and_text(hint) << '\n';
         }
@@ -235,7 +235,7 @@ SetResult process_set(Cli& cli, const ProcessOptions& options, const std::string
                       const std::string& recipe_file) {
     const RecipeReading reading = read_recipe(*cli.disk, recipe_file, cli.default_effect());
     if (!reading.recipe) {
-        return {report_wrong(reading.errors), false, nullptr};
+        return {report_wrong(cli, reading.errors, reading.problems), false, nullptr};
     }
     SetRun run{cli, options, *reading.recipe};
     if (!open_source_set(cli.services(), run.set, base)) {

@@ -104,19 +104,19 @@ GuidFilling generate_guids(const Services& services, const std::string& path,
                            const std::function<Guid128()>& source) {
     const TomlReading reading = read_toml(services.disk, path, "library list");
     if (!reading.document) {
-        return {0, reading.errors};
+        return {0, reading.errors, reading.problems};
     }
     DocumentErrors errors(path, reading.document->text);
     const std::vector<ListedObject> objects =
         read_listed_objects(services, *reading.document, errors);
     if (!errors.empty()) {
-        return {0, errors.texts()};
+        return {0, errors.texts(), errors.problems()};
     }
     const std::vector<Insertion> insertions = new_guids(*reading.document, objects, source);
     if (!insertions.empty()) {
         write_with(services.disk, *reading.document, insertions);
     }
-    return {insertions.size(), {}};
+    return {insertions.size(), {}, {}};
 }
 
 Guid128 random_guid() {

@@ -40,7 +40,7 @@ void refuse_duplicates(const std::vector<ListedObject>& objects, DocumentErrors&
 LibraryListReading read_library_list(const Services& services, const std::string& path) {
     const TomlReading reading = read_toml(services.disk, path, "library list");
     if (!reading.document) {
-        return {std::nullopt, reading.errors};
+        return {std::nullopt, reading.errors, reading.problems};
     }
     DocumentErrors errors(path, reading.document->text);
     const std::vector<ListedObject> objects =
@@ -50,14 +50,14 @@ LibraryListReading read_library_list(const Services& services, const std::string
         refuse_duplicates(objects, errors);
     }
     if (!errors.empty()) {
-        return {std::nullopt, errors.texts()};
+        return {std::nullopt, errors.texts(), errors.problems()};
     }
     LibraryList list;
     for (const ListedObject& object : objects) {
         list.lines.push_back({object.line.base, object.line.location, list.entries.size()});
         list.entries.push_back(object.entry);
     }
-    return {std::move(list), {}};
+    return {std::move(list), {}, {}};
 }
 
 } // namespace morvane

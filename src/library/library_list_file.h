@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/guid128.h"
+#include "base/note.h"
 #include "library/library_list.h"
 #include "system/services.h"
 
@@ -15,6 +16,7 @@ namespace morvane {
 struct LibraryListReading {
     std::optional<LibraryList> list; // nothing when there are errors
     std::vector<std::string> errors;
+    std::vector<Note> problems; // the same errors, with their places
 };
 
 /// Reads a library list file. Designs are named relative to its folder; what it leaves out of
@@ -29,6 +31,7 @@ std::string library_list_text(const LibraryList& list, const std::string& folder
 struct GuidFilling {
     std::size_t filled = 0;
     std::vector<std::string> errors; // of the list; then it was not changed
+    std::vector<Note> problems;      // the same errors, with their places
 };
 
 /// Gives every object of a list file that has no identifier a new one from `source`, and writes

@@ -67,7 +67,7 @@ std::string no_match(const Assignment& assignment, std::size_t materials, std::s
 void refuse(RecipePlan& plan, const Recipe& recipe, const Assignment& assignment,
             const std::string& problem) {
     const std::string& file = file_of(recipe, assignment);
-    plan.errors.push_back(file + ", line " + to_text(assignment.source_line) + ": " + problem);
+    plan.errors.push_back(file + ":" + to_text(assignment.source_line) + ": " + problem);
     plan.problems.push_back({problem, file, assignment.source_line, Severity::Error});
 }
 

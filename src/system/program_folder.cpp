@@ -6,23 +6,12 @@
 
 namespace morvane {
 
-namespace {
-
-std::string created(Disk& disk, const std::string& folder) {
-    if (!disk.is_folder(folder)) {
-        disk.create_folder(folder);
-    }
-    return folder;
-}
-
-} // namespace
-
-std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choices) {
+std::string find_program_folder(Disk& disk, const ProgramFolderChoices& choices) {
     if (!choices.option.empty()) {
-        return created(disk, choices.option);
+        return choices.option;
     }
     if (!choices.environment.empty()) {
-        return created(disk, choices.environment);
+        return choices.environment;
     }
     if (!choices.executable_folder.empty() && !is_system_folder(choices.executable_folder) &&
         disk.is_writable_folder(choices.executable_folder)) {
@@ -31,7 +20,15 @@ std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choic
     if (choices.user_data_folder.empty()) {
         throw RuntimeError(ErrorNumber::PathNotFound, "no folder for the program's own files");
     }
-    return created(disk, choices.user_data_folder);
+    return choices.user_data_folder;
+}
+
+std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choices) {
+    const std::string folder = find_program_folder(disk, choices);
+    if (!disk.is_folder(folder)) {
+        disk.create_folder(folder);
+    }
+    return folder;
 }
 
 bool is_system_folder(const std::string& folder) {

@@ -15,8 +15,12 @@ struct ProgramFolderChoices {
     std::string user_data_folder;  // the user's own data folder for the program
 };
 
-/// The first of the choices that can be used. A folder that was asked for, or the user's own, is
-/// created when it is missing. Throws RuntimeError when that fails, PathNotFound when there
+/// The first of the choices that can be used, whether it is there yet or not. Creates nothing.
+/// Throws PathNotFound when there is no choice left.
+std::string find_program_folder(Disk& disk, const ProgramFolderChoices& choices);
+
+/// The first of the choices that can be used. A folder that was asked for, or the user's
+/// own, is created when it is missing. Throws RuntimeError when that fails, PathNotFound when there
 /// is no choice left.
 std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choices);
 

@@ -95,6 +95,7 @@ DocumentErrors::DocumentErrors(std::string file, std::string_view text)
 // A message quotes what the document says, which may be long and hold what would confuse a
 // terminal.
 void DocumentErrors::add(Place place, std::string message) {
+    place.column = std::max<std::size_t>(place.column, 1);
     if (const std::size_t end = byte_at(message, longest_message); end < message.size()) {
         message.resize(end);
         message += " ...";
@@ -104,10 +105,10 @@ void DocumentErrors::add(Place place, std::string message) {
 }
 
 std::string DocumentErrors::render(const Found& found) const {
-    std::string text = file_ + ", line " + to_text(found.place.line) + ": " + found.message;
+    std::string text = file_ + ":" + to_text(found.place.line) + ":" + to_text(found.place.column) +
+                       ": " + found.message;
     if (found.place.line >= 1 && found.place.line <= lines_.size()) {
-        text += "\n" +
-                excerpt(lines_[found.place.line - 1], std::max<std::size_t>(found.place.column, 1));
+        text += "\n" + excerpt(lines_[found.place.line - 1], found.place.column);
     }
     return text;
 }
@@ -123,7 +124,8 @@ std::vector<DocumentErrors::Found> DocumentErrors::in_order() const {
 std::vector<Note> DocumentErrors::problems() const {
     std::vector<Note> problems;
     for (const Found& found : in_order()) {
-        problems.push_back({found.message, file_, found.place.line, Severity::Error});
+        problems.push_back(
+            {found.message, file_, found.place.line, Severity::Error, {}, found.place.column});
     }
     return problems;
 }

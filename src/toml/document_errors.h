@@ -9,7 +9,7 @@
 
 namespace morvane {
 
-/// Where something stands in a text: line and column from 1, the column in characters.
+/// A position in a text: line and column from 1, the column in characters.
 struct Place {
     std::size_t line = 1;
     std::size_t column = 1;
@@ -22,10 +22,10 @@ class DocumentErrors {
 
     void add(Place place, std::string message);
     bool empty() const { return found_.empty(); }
-    /// Each error as "FILE, line N: message", the line itself, and a caret under the place, parted
-    /// by "\n". Only the first 50, and then how many more there are.
+    /// Each error as "FILE:LINE:COLUMN: message", the line itself, and a caret under the place,
+    /// separated by "\n". Only the first 50, and then how many more there are.
     std::vector<std::string> texts() const;
-    /// The same errors as their messages with file and line.
+    /// The same errors as their messages with their places.
     std::vector<Note> problems() const;
 
   private:

@@ -45,6 +45,18 @@ std::optional<std::size_t> too_deep_line(std::string_view text) {
     return std::nullopt;
 }
 
+// What most likely happened, for those who have never heard of the types of TOML.
+std::string parse_problem(std::string_view description) {
+    std::string problem(description);
+    if (description.find("could not determine value type") != std::string_view::npos) {
+        problem += " (text must be between double quotes, as in \"Red\")";
+    } else if (description.find("escape sequence") != std::string_view::npos) {
+        problem += " (in double quotes a backslash is written twice; between single quotes it "
+                   "stays as it is, as in 'C:\\scenery')";
+    }
+    return problem;
+}
+
 TomlReading read_checked(Disk& disk, const std::string& path, std::string_view what) {
     if (disk.is_folder(path)) {
         return refused(path, "this is a folder, not a " + std::string(what) + ".");
@@ -72,7 +84,7 @@ TomlReading parse_toml(const std::string& path, std::string text) {
         toml::table table = toml::parse(std::string_view(text), path);
         return {TomlDocument{path, std::move(text), std::move(table)}, {}, {}};
     } catch (const toml::parse_error& error) {
-        errors.add(from_toml(error.source().begin), std::string(error.description()));
+        errors.add(from_toml(error.source().begin), parse_problem(error.description()));
         return {std::nullopt, errors.texts(), errors.problems()};
     }
 }

@@ -18,7 +18,7 @@ namespace morvane {
 
 void prepare_application(QApplication& application) {
     QApplication::setApplicationName(QStringLiteral("morvane"));
-    QApplication::setApplicationVersion(shown_text(version_caption));
+    QApplication::setApplicationVersion(shown_text(version_number));
     QGuiApplication::setDesktopFileName(QStringLiteral("morvane"));
     load_icons();
     QIcon icon;

@@ -52,16 +52,22 @@ std::vector<std::string> stock_effects() {
             "fx_landing", "fx_smoke_w", "fx_sparks", "fx_engfire", "fx_tchdwn"};
 }
 
-// The lines of a file that is created with `defaults` when it is missing.
-std::vector<std::string> read_or_create(const Services& services, const std::string& path,
-                                        const std::vector<std::string>& defaults) {
+// The lines of a file, or `defaults` with a note when it cannot be read.
+std::vector<std::string> read_lines_or(const Services& services, const std::string& path,
+                                       const std::vector<std::string>& defaults) {
     try {
-        if (services.disk.is_file(path)) {
-            return read_lines(services.disk, path);
-        }
+        return read_lines(services.disk, path);
     } catch (const RuntimeError& error) {
         note_unreadable(services.reporter, path, error);
         return defaults;
+    }
+}
+
+// The lines of a file that is created with `defaults` when it is missing.
+std::vector<std::string> read_or_create(const Services& services, const std::string& path,
+                                        const std::vector<std::string>& defaults) {
+    if (services.disk.is_file(path)) {
+        return read_lines_or(services, path, defaults);
     }
     try {
         write_lines(services.disk, path, defaults);
@@ -140,6 +146,12 @@ std::optional<std::string> read_library_folder(Disk& disk, const std::string& fo
 
 void write_library_folder(Disk& disk, const std::string& folder, const std::string& shown) {
     write_lines(disk, join_path(folder, library_file), {shown});
+}
+
+std::vector<std::string> effect_names(const Services& services, const std::string& folder) {
+    const std::string path = join_path(folder, effects_file);
+    return services.disk.is_file(path) ? read_lines_or(services, path, stock_effects())
+                                       : stock_effects();
 }
 
 std::vector<std::string> read_effect_names(const Services& services, const std::string& folder) {

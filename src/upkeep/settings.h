@@ -39,5 +39,7 @@ void write_library_folder(Disk& disk, const std::string& folder, const std::stri
 /// "fx_list.txt": the effect names, one a line, empty ones too; kept by hand, never written but
 /// when missing, then with the simulator's stock names.
 std::vector<std::string> read_effect_names(const Services& services, const std::string& folder);
+/// The same without creating the file.
+std::vector<std::string> effect_names(const Services& services, const std::string& folder);
 
 } // namespace morvane

@@ -1,6 +1,7 @@
 // The completions, as the shells that they are for use them.
 
 #include "cli/program_run.h"
+#include "support/source_folder.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -47,8 +48,13 @@ struct Shell {
     std::string commands; // with TYPED for the line
     char end_of_word;
 
-    Words offer(const std::string& typed) const {
-        std::string text = commands;
+    /// `files` are made first, empty; one that ends in "/" is a folder.
+    Words offer(const std::string& typed, const Words& files = {}) const {
+        std::string text;
+        for (const std::string& file : files) {
+            text += (file.ends_with('/') ? "mkdir -p " : "touch ") + file + "\n";
+        }
+        text += commands;
         for (std::size_t at = 0; (at = text.find("TYPED", at)) != std::string::npos;) {
             text.replace(at, 5, typed);
         }
@@ -76,23 +82,23 @@ const Shell bash{"bash",
 const Shell zsh{"zsh",
                 "morvane-cli --completions zsh >script\n"
                 "cat >play <<'END'\n"
-                "_describe() { print -rl -- ${(M)${(P)2}:#${PREFIX}*} }\n"
-                "_files() { print '(files)' }\n"
+                "compadd() {\n"
+                "    while [[ $1 != -- ]]; do shift; done; shift\n"
+                "    [[ $# -eq 0 ]] || print -rl -- \"$@\"\n"
+                "}\n"
                 "typed='morvane-cli TYPED'\n"
                 "words=(${(s: :)typed})\n"
                 "[[ $typed == *' ' ]] && words+=('')\n"
                 "CURRENT=$#words\n"
-                "PREFIX=$words[CURRENT]\n"
                 ". ./script\n"
                 "END\n"
                 "zsh -f play\n",
-                ':'};
+                '\n'};
 const Shell fish{"fish",
                  "morvane-cli --completions fish >script\n"
-                 "mkdir empty home\n"
-                 "cd empty\n"
-                 "HOME=$PWD/../home fish --no-config -c \""
-                 "source ../script; complete -C 'morvane-cli TYPED'\"\n",
+                 "mkdir .home\n"
+                 "HOME=$PWD/.home fish --no-config -c \""
+                 "source ./script; complete -C 'morvane-cli TYPED'\"\n",
                  '\t'};
 
 class Completions : public ::testing::TestWithParam<const Shell*> {
@@ -102,7 +108,15 @@ class Completions : public ::testing::TestWithParam<const Shell*> {
             GTEST_SKIP() << GetParam()->name << " is not installed";
         }
     }
-    Words offer(const std::string& typed) const { return GetParam()->offer(typed); }
+    Words offer(const std::string& typed, const Words& files = {}) const {
+        Words words = GetParam()->offer(typed, files);
+        for (std::string& word : words) {
+            if (word.ends_with('/')) {
+                word.pop_back(); // bash adds it by itself
+            }
+        }
+        return words;
+    }
 };
 
 TEST_P(Completions, OfferTheCommands) {
@@ -118,7 +132,7 @@ TEST_P(Completions, OfferTheCommandsOfAGroup) {
 }
 
 TEST_P(Completions, OfferTheOptionsOfTheCommandAndTheCommonOnes) {
-    EXPECT_THAT(offer("--v"), ElementsAre("--version"));
+    EXPECT_THAT(offer("--ver"), ElementsAre("--version"));
     const Words options = offer("bgl analyse --");
     EXPECT_THAT(options, IsSupersetOf({"--show-header", "--json", "--program-folder"}));
     EXPECT_THAT(options, Not(Contains("--dry-run")));
@@ -127,13 +141,36 @@ TEST_P(Completions, OfferTheOptionsOfTheCommandAndTheCommonOnes) {
 
 TEST_P(Completions, GoOnBehindTheCommandsArguments) {
     EXPECT_THAT(offer("process hangar --dr"), ElementsAre("--dry-run"));
-    EXPECT_THAT(offer("process --recipe lights.toml --dr"), ElementsAre("--dry-run"));
+    EXPECT_THAT(offer("process --output lights --dr"), ElementsAre("--dry-run"));
 }
 
 TEST_P(Completions, OfferNoCommandWhereAFileIsMeant) {
     const Words offered = offer("process ");
     EXPECT_THAT(offered, Not(Contains("process")));
     EXPECT_THAT(offered, Not(Contains("analyse")));
+}
+
+TEST_P(Completions, OfferTheBasesOfSetsAndTheirRecipes) {
+    const Words files{"tower.asm",  "tower_0.asm", "half_0.asm", "frame.asm",
+                      "tower.toml", "readme.txt",  "exports/"};
+    EXPECT_THAT(offer("inspect ", files), UnorderedElementsAre("tower", "exports"));
+    EXPECT_THAT(offer("process t", files), UnorderedElementsAre("tower", "tower.toml"));
+    EXPECT_THAT(offer("library describe t", files), ElementsAre("tower"));
+    EXPECT_THAT(offer("assemble --complete t", files), ElementsAre("tower"));
+}
+
+TEST_P(Completions, OfferWhatIsInTheFolderThatWasTyped) {
+    const Words files{"exports/", "exports/tower.asm", "exports/tower_0.asm"};
+    EXPECT_THAT(offer("inspect exports/t", files), ElementsAre("exports/tower"));
+}
+
+TEST_P(Completions, OfferListsBglFilesAndFolders) {
+    const Words files{"list.toml", "objects.bgl", "NORTH.BGL", "notes.txt", "scenery/"};
+    EXPECT_THAT(offer("library create ", files), UnorderedElementsAre("list.toml", "scenery"));
+    EXPECT_THAT(offer("bgl analyse ", files),
+                UnorderedElementsAre("objects.bgl", "NORTH.BGL", "scenery"));
+    EXPECT_THAT(offer("bgl search ", files), ElementsAre("scenery"));
+    EXPECT_THAT(offer("--program-folder ", files), ElementsAre("scenery"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Shells, Completions, ::testing::Values(&bash, &zsh, &fish),
@@ -143,7 +180,14 @@ TEST(CompletionsOption, RefusesAnotherShell) {
     const ProgramRun done = run("morvane-cli --completions powershell\n");
     EXPECT_EQ(done.status, 2);
     EXPECT_EQ(done.output, "");
+    EXPECT_THAT(done.errors, ::testing::StartsWith("--completions: "));
     EXPECT_THAT(done.errors, ::testing::HasSubstr("powershell"));
+}
+
+TEST(CompletionsOption, PrintsTheScriptThatIsInstalled) {
+    EXPECT_EQ(run("morvane-cli --completions bash\n").output,
+              read_file(source_folder() + "/share/completions/morvane-cli.bash"));
+    EXPECT_THAT(run("morvane-cli --help\n").output, ::testing::HasSubstr("--completions SHELL"));
 }
 
 } // namespace

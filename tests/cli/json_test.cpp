@@ -82,7 +82,7 @@ TEST_F(Refusals, AWrongListGetsNoIdentifiers) {
     folder.write("list.toml", list);
     const ProgramRun done = run("morvane-cli library create list.toml --generate-guids");
     EXPECT_EQ(done.status, 2);
-    EXPECT_THAT(done.errors, HasSubstr("list.toml, line 2: \"design\" names no design"));
+    EXPECT_THAT(done.errors, HasSubstr("list.toml:2:10: \"design\" names no design"));
     EXPECT_EQ(folder.read("list.toml"), list);
 }
 

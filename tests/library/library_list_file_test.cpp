@@ -130,7 +130,7 @@ TEST_F(LibraryListFile, RefusesADuplicateIdentifier) {
         read("[[object]]\ndesign = \"hangar\"\nguid = \"0f,2,3,4\"\n"
              "[[object]]\ndesign = \"hangar\"\nguid = \"F,2,3,4h\"\n");
     EXPECT_THAT(reading.errors,
-                ElementsAre("objects.toml, line 6: Duplicated ID found : 00000000Fh, 000000002h, "
+                ElementsAre("objects.toml:6:8: Duplicated ID found : 00000000Fh, 000000002h, "
                             "000000003h, 000000004h, the \"guid\" of line 3\n"
                             "guid = \"F,2,3,4h\"\n"
                             "       ^"));
@@ -139,32 +139,33 @@ TEST_F(LibraryListFile, RefusesADuplicateIdentifier) {
 TEST_F(LibraryListFile, RefusesIdentifiersOfThreeOrFiveParts) {
     for (const std::string guid : {"1,2,3", "1,2,3,4,5"}) {
         EXPECT_THAT(read("[[object]]\ndesign = \"hangar\"\nguid = \"" + guid + "\"\n").errors,
-                    ElementsAre(HasSubstr("objects.toml, line 3: \"guid\" must be four "
+                    ElementsAre(HasSubstr("objects.toml:3:8: \"guid\" must be four "
                                           "hexadecimal words parted by commas")));
     }
 }
 
 TEST_F(LibraryListFile, RefusesAMissingIdentifier) {
     EXPECT_THAT(read("\n[[object]]\ndesign = \"hangar\"\n").errors,
-                ElementsAre("objects.toml, line 2: \"guid\" is missing (library create "
+                ElementsAre("objects.toml:2:1: \"guid\" is missing (library create "
                             "--generate-guids fills it in)\n[[object]]\n^"));
 }
 
 TEST_F(LibraryListFile, RefusesUnknownKeys) {
     EXPECT_EQ(error_in("  imagepower = 100"),
-              "objects.toml, line 4: unknown key \"imagepower\" (did you mean \"image_power\"?)\n"
+              "objects.toml:4:3: unknown key \"imagepower\" (did you mean \"image_power\"?)\n"
               "  imagepower = 100\n"
               "  ^");
     EXPECT_THAT(read("[[objects]]\ndesign = \"hangar\"\n").errors,
-                ElementsAre(HasSubstr("line 1: unknown key \"objects\" outside of [[object]] (did "
-                                      "you mean \"object\"?)")));
+                ElementsAre(HasSubstr(
+                    "objects.toml:1:3: unknown key \"objects\" outside of [[object]] (did "
+                    "you mean \"object\"?)")));
 }
 
 TEST_F(LibraryListFile, RefusesAMissingDesign) {
     EXPECT_THAT(read("[[object]]\nguid = \"1,2,3,4\"\n").errors,
-                ElementsAre(HasSubstr("objects.toml, line 1: \"design\" is missing")));
+                ElementsAre(HasSubstr("objects.toml:1:1: \"design\" is missing")));
     EXPECT_THAT(read("[[object]]\ndesign = \"shed\"\nguid = \"1,2,3,4\"\n").errors,
-                ElementsAre("objects.toml, line 2: \"design\" names no design: there is no file " +
+                ElementsAre("objects.toml:2:10: \"design\" names no design: there is no file " +
                             folder_.file("lists/shed.asm") +
                             "\n"
                             "design = \"shed\"\n"
@@ -172,23 +173,23 @@ TEST_F(LibraryListFile, RefusesAMissingDesign) {
     EXPECT_THAT(read("[[object]]\ndesign = \"hangar.asm\"\nguid = \"1,2,3,4\"\n").errors,
                 ElementsAre(HasSubstr("(the path is written without its ending)")));
     EXPECT_THAT(read("[[object]]\ndesign = 5\nguid = \"1,2,3,4\"\n").errors,
-                ElementsAre(HasSubstr("line 2: \"design\" must be text")));
+                ElementsAre(HasSubstr("objects.toml:2:10: \"design\" must be text")));
     EXPECT_THAT(read("[[object]]\ndesign = \"\"\nguid = \"1,2,3,4\"\n").errors,
                 ElementsAre(HasSubstr("names no design")));
 }
 
 TEST_F(LibraryListFile, RefusesDesignsThatDoNotSayTheirMeasures) {
     EXPECT_THAT(read("[[object]]\ndesign = \"plain\"\nguid = \"1,2,3,4\"\n").errors,
-                ElementsAre(HasSubstr("line 2: \"design\" names a design that says no scale and "
-                                      "size: The file " +
-                                      folder_.file("lists/plain") +
-                                      ".asm has not SCALE command. Give both here")));
+                ElementsAre(HasSubstr(
+                    "objects.toml:2:10: \"design\" names a design that says no scale and "
+                    "size: The file " +
+                    folder_.file("lists/plain") + ".asm has not SCALE command. Give both here")));
     EXPECT_THAT(read("[[object]]\ndesign = \"odd\"\nguid = \"1,2,3,4\"\n").errors,
                 ElementsAre(HasSubstr("whose size is no number: \"wide\"")));
 }
 
 TEST_F(LibraryListFile, RefusesNumbersThatCannotBe) {
-    EXPECT_THAT(error_in("scale = 0"), HasSubstr("line 4: \"scale\" must not be 0"));
+    EXPECT_THAT(error_in("scale = 0"), HasSubstr("objects.toml:4:9: \"scale\" must not be 0"));
     EXPECT_THAT(error_in("scale = 0.0"), HasSubstr("\"scale\" must not be 0"));
     EXPECT_THAT(error_in("scale = 0.00001"), HasSubstr("\"scale\" is too small a scale"));
     EXPECT_THAT(error_in("scale = nan"), HasSubstr("\"scale\" must be a number"));
@@ -216,7 +217,7 @@ TEST_F(LibraryListFile, TakesAHundredObjectsAndNoMore) {
     }
     EXPECT_EQ(good(text).lines.size(), 100U);
     EXPECT_THAT(read(text + "[[object]]\ndesign = \"hangar\"\nguid = \"2,2,3,4\"\n").errors,
-                ElementsAre(HasSubstr("line 301: a library takes 100 objects")));
+                ElementsAre(HasSubstr("objects.toml:301:1: a library takes 100 objects")));
 }
 
 TEST_F(LibraryListFile, GeneratesMissingIdentifiersAndKeepsEverythingElse) {

@@ -59,7 +59,7 @@ TEST(PlanRecipe, AllSelectorsThatAreGivenMustHold) {
                 ElementsAre(PlannedStep{0, 1}, PlannedStep{0, 2}));
     EXPECT_THAT(plan_recipe(set, {{assign({}, {}, 3)}, ""}).steps, ElementsAre(PlannedStep{0, 3}));
     EXPECT_THAT(plan_recipe(set, {{assign("Blue", {}, 1)}, "a.toml"}).errors,
-                ElementsAre("a.toml, line 10: this assignment (highlight Blue, material 1) "
+                ElementsAre("a.toml:10: this assignment (highlight Blue, material 1) "
                             "matches no unprocessed material."));
 }
 
@@ -83,22 +83,23 @@ TEST(PlanRecipe, AnAssignmentThatGetsNothingIsAnError) {
         set, {{assign("Red"), assign("Red"), assign({}, {}, 2), assign("Cyan")}, "a.toml"});
     EXPECT_THAT(
         plan.errors,
-        ElementsAre("a.toml, line 10: this assignment (highlight Red) matches no unprocessed "
+        ElementsAre("a.toml:10: this assignment (highlight Red) matches no unprocessed "
                     "material: the 2 that match are processed already or named by assignments "
                     "before.",
-                    "a.toml, line 10: this assignment (material 2) matches no unprocessed "
+                    "a.toml:10: this assignment (material 2) matches no unprocessed "
                     "material: the one that matches is processed already or named by an "
                     "assignment before.",
-                    "a.toml, line 10: this assignment (highlight Cyan) matches no unprocessed "
+                    "a.toml:10: this assignment (highlight Cyan) matches no unprocessed "
                     "material."));
 }
 
 TEST(PlanRecipe, AMaterialThatIsNotInTheListIsAnErrorThatTellsHowManyThereAre) {
     EXPECT_THAT(
+
         plan_recipe(set_of({{red, "0"}, {red, "0"}}), {{assign({}, {}, 3)}, "a.toml"}).errors,
-        ElementsAre("a.toml, line 10: there is no material 3: the list has 2 entries."));
+        ElementsAre("a.toml:10: there is no material 3: the list has 2 entries."));
     EXPECT_THAT(plan_recipe(set_of({{red, "0"}}), {{assign({}, {}, 2)}, "a.toml"}).errors,
-                ElementsAre("a.toml, line 10: there is no material 2: the list has 1 entry."));
+                ElementsAre("a.toml:10: there is no material 2: the list has 1 entry."));
 }
 
 TEST(PlanRecipe, AListTakesWhatMatchesAnyOfItsValues) {
@@ -111,7 +112,7 @@ TEST(PlanRecipe, AListTakesWhatMatchesAnyOfItsValues) {
     EXPECT_THAT(plan_recipe(set, {{either}, ""}).steps, ElementsAre(PlannedStep{0, 3}));
     either.material = {1, 2};
     EXPECT_THAT(plan_recipe(set, {{either}, "a.toml"}).errors,
-                ElementsAre("a.toml, line 0: this assignment (highlight Green or Red, color 000002 "
+                ElementsAre("a.toml:0: this assignment (highlight Green or Red, color 000002 "
                             "or 000003, material 1 or 2) matches no unprocessed material."));
 }
 
@@ -128,7 +129,7 @@ TEST(PlanRecipe, AnErrorOfAnIncludedFileNamesThatFile) {
     Assignment cyan = assign("Cyan");
     cyan.source_file = "shared.toml";
     const RecipePlan plan = plan_recipe(set_of({{red, "0"}}), {{cyan}, "a.toml"});
-    EXPECT_THAT(plan.errors, ElementsAre(::testing::StartsWith("shared.toml, line 10: ")));
+    EXPECT_THAT(plan.errors, ElementsAre(::testing::StartsWith("shared.toml:10: ")));
     ASSERT_THAT(plan.problems, ::testing::SizeIs(1));
     EXPECT_EQ(plan.problems[0].path, "shared.toml");
     EXPECT_EQ(plan.problems[0].line, 10U);

@@ -145,7 +145,7 @@ TEST(ReadRecipe, TurnsTextIntoWindows1252) {
                   .parameters.effects.lstEffectType,
               "fx_\xE9t\xE9");
     EXPECT_EQ(error_in("Effects", "lstEffectType = \"fx_\xC5\x88\""),
-              "airport.toml, line 3: \"lstEffectType\" holds the character \"\xC5\x88\", which "
+              "airport.toml:3:17: \"lstEffectType\" holds the character \"\xC5\x88\", which "
               "source files (Windows-1252) cannot hold\n"
               "lstEffectType = \"fx_\xC5\x88\"\n"
               "                ^");
@@ -153,7 +153,7 @@ TEST(ReadRecipe, TurnsTextIntoWindows1252) {
 
 TEST(ReadRecipe, NamesTheNearestKeyOfATypo) {
     EXPECT_EQ(error_in("Lights", "  LigthType = \"LIGHT_NAV\""),
-              "airport.toml, line 3: unknown key \"LigthType\" (did you mean \"LightType\"?)\n"
+              "airport.toml:3:3: unknown key \"LigthType\" (did you mean \"LightType\"?)\n"
               "  LigthType = \"LIGHT_NAV\"\n"
               "  ^");
     EXPECT_THAT(error_in("Lights", "hilight = \"Red\""), HasSubstr("did you mean \"highlight\"?"));
@@ -164,7 +164,7 @@ TEST(ReadRecipe, NamesTheNearestKeyOfATypo) {
 
 TEST(ReadRecipe, PutsTheCaretUnderThePlaceBehindTabsAndAccents) {
     EXPECT_EQ(error_in("Lights", "\tLightInt = 100 # g\xC3\xBCltig"),
-              "airport.toml, line 3: \"LightInt\" must be text between quotes\n"
+              "airport.toml:3:13: \"LightInt\" must be text between quotes\n"
               "\tLightInt = 100 # g\xC3\xBCltig\n"
               "\t           ^");
 }
@@ -224,22 +224,24 @@ TEST(ReadRecipe, RefusesAMissingOrUnknownKind) {
     const RecipeReading missing = read_recipe_text("\n[[assign]]\nhighlight = \"Red\"\n");
     ASSERT_THAT(missing.errors, SizeIs(1));
     EXPECT_EQ(missing.errors[0],
-              "airport.toml, line 2: \"kind\" is missing (there are: Lights, Effects, Library, "
+              "airport.toml:2:1: \"kind\" is missing (there are: Lights, Effects, Library, "
               "Library New, Windsock)\n"
               "[[assign]]\n"
               "^");
     const RecipeReading unknown = read_recipe_text("[[assign]]\nkind = \"Light\"\n");
     ASSERT_THAT(unknown.errors, SizeIs(1));
-    EXPECT_THAT(unknown.errors[0],
-                HasSubstr("line 2: \"kind\" is no kind of object (did you mean \"Lights\"?)"));
+    EXPECT_THAT(
+        unknown.errors[0],
+        HasSubstr("airport.toml:2:8: \"kind\" is no kind of object (did you mean \"Lights\"?)"));
 }
 
 TEST(ReadRecipe, RefusesAnythingOutsideOfAssignments) {
     EXPECT_THAT(read_recipe_text("kind = \"Lights\"\n").errors,
                 ElementsAre(HasSubstr("unknown key \"kind\" outside of [[assign]]")));
-    EXPECT_THAT(read_recipe_text("[[asign]]\nkind = \"Lights\"\n").errors,
-                ElementsAre(HasSubstr("line 1: unknown key \"asign\" outside of [[assign]] (did "
-                                      "you mean \"assign\"?)")));
+    EXPECT_THAT(
+        read_recipe_text("[[asign]]\nkind = \"Lights\"\n").errors,
+        ElementsAre(HasSubstr("airport.toml:1:3: unknown key \"asign\" outside of [[assign]] (did "
+                              "you mean \"assign\"?)")));
     EXPECT_THAT(read_recipe_text("[assign]\nkind = \"Lights\"\n").errors,
                 ElementsAre(HasSubstr("must be written with two brackets: [[assign]]")));
     EXPECT_THAT(read_recipe_text("assign = [1, 2]\n").errors,
@@ -256,10 +258,9 @@ TEST(ReadRecipe, TellsAllErrorsInTheOrderOfTheLines) {
                                                    "aaa = 1\n"
                                                    "[[assign]]\n"
                                                    "kind = 3\n");
-    EXPECT_THAT(reading.errors, ElementsAre(StartsWith("airport.toml, line 3: "),
-                                            StartsWith("airport.toml, line 4: "),
-                                            StartsWith("airport.toml, line 5: "),
-                                            StartsWith("airport.toml, line 7: ")));
+    EXPECT_THAT(reading.errors,
+                ElementsAre(StartsWith("airport.toml:3:1: "), StartsWith("airport.toml:4:10: "),
+                            StartsWith("airport.toml:5:1: "), StartsWith("airport.toml:7:8: ")));
 }
 
 TEST(ReadRecipe, ShowsAtMostFiftyErrors) {
@@ -275,15 +276,25 @@ TEST(ReadRecipe, ShowsAtMostFiftyErrors) {
 TEST(ReadRecipe, ShowsThePlaceWhereTheFileIsNoToml) {
     const RecipeReading reading = read_recipe_text("[[assign]]\nkind = Lights\n");
     ASSERT_THAT(reading.errors, SizeIs(1));
-    EXPECT_THAT(reading.errors[0], StartsWith("airport.toml, line 2: "));
-    EXPECT_THAT(reading.errors[0], HasSubstr("\nkind = Lights\n       "));
+    EXPECT_THAT(reading.errors[0], StartsWith("airport.toml:2:8: "));
+    EXPECT_THAT(reading.errors[0], HasSubstr("\nkind = Lights\n       ^"));
     EXPECT_THAT(read_recipe_text("[[assign]]\nkind = \"Lights\"\nkind = \"Effects\"\n").errors,
-                ElementsAre(StartsWith("airport.toml, line 3: ")));
+                ElementsAre(StartsWith("airport.toml:3:")));
+}
+
+TEST(ReadRecipe, HintsAtTheQuotesThatTextNeeds) {
+    EXPECT_THAT(read_recipe_text("[[assign]]\nkind = Lights\n").errors,
+                ElementsAre(HasSubstr("(text must be between double quotes, as in \"Red\")")));
+}
+
+TEST(ReadRecipe, HintsAtTheBackslashesOfAPath) {
+    EXPECT_THAT(read_recipe_text("include = \"more\\lights.toml\"\n").errors,
+                ElementsAre(HasSubstr("(in double quotes a backslash is written twice; ")));
 }
 
 TEST(ReadRecipe, RefusesTextThatIsNotUtf8) {
     EXPECT_THAT(read_recipe_text("[[assign]]\nkind = \"Lights\" # f\xFCr\n").errors,
-                ElementsAre("airport.toml, line 2: this is not UTF-8 text; save the file with the "
+                ElementsAre("airport.toml:2:20: this is not UTF-8 text; save the file with the "
                             "encoding UTF-8\n"
                             "kind = \"Lights\" # f\xC3\xBCr\n"
                             "                   ^"));
@@ -305,7 +316,7 @@ TEST(ReadRecipe, RefusesWhatIsNoRecipeAtAll) {
     EXPECT_THAT(errors(large),
                 ElementsAre(large + ": the file is too large for a recipe (over 1 MiB)."));
     const std::string binary = folder.write("binary.toml", std::string("\0\1\2", 3));
-    EXPECT_THAT(errors(binary), ElementsAre(StartsWith(binary + ", line 1: ")));
+    EXPECT_THAT(errors(binary), ElementsAre(StartsWith(binary + ":1:1: ")));
 }
 
 TEST(ReadRecipe, RefusesDeepNesting) {

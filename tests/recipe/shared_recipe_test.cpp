@@ -66,7 +66,7 @@ TEST_F(SharedRecipe, AListInASelectorMeansAnyOfThem) {
 
 TEST_F(SharedRecipe, ErrorsInsideAListNameTheValue) {
     EXPECT_EQ(error("[[assign]]\nhighlight = [\"Red\", \"Gren\"]\nkind = \"Lights\"\n"),
-              "airport.toml, line 2: \"highlight\" is none of the seven colours (did you mean "
+              "airport.toml:2:21: \"highlight\" is none of the seven colours (did you mean "
               "\"Green\"?)\n"
               "highlight = [\"Red\", \"Gren\"]\n"
               "                    ^");
@@ -97,7 +97,7 @@ TEST_F(SharedRecipe, TopKeysAreTaken) {
 
 TEST_F(SharedRecipe, TopKeysOfAWrongTypeAreErrors) {
     EXPECT_THAT(error("macros = 1\n[[assign]]\nkind = \"Lights\"\n"),
-                HasSubstr("line 1: \"macros\" must be text between quotes"));
+                HasSubstr(":1:10: \"macros\" must be text between quotes"));
     EXPECT_THAT(error("macros = \"inc/\"\n[[assign]]\nkind = \"Lights\"\n"),
                 HasSubstr("\"macros\" must be the name of a file"));
     EXPECT_THAT(error("unique_labels = \"yes\"\n[[assign]]\nkind = \"Lights\"\n"),
@@ -134,7 +134,7 @@ TEST_F(SharedRecipe, MistakesInDefaultsNameTheNearestKey) {
     EXPECT_THAT(error("[defaults.Light]\n[[assign]]\nkind = \"Lights\"\n"),
                 HasSubstr("\"Light\" is no kind of object (did you mean \"Lights\"?)"));
     EXPECT_THAT(error("[defaults.Lights]\nLigthInt = \"5\"\n[[assign]]\nkind = \"Lights\"\n"),
-                HasSubstr("line 2: unknown key \"LigthInt\" (did you mean \"LightInt\"?)"));
+                HasSubstr(":2:1: unknown key \"LigthInt\" (did you mean \"LightInt\"?)"));
     EXPECT_THAT(error("[defaults.Lights]\nhighlight = \"Red\"\n[[assign]]\nkind = \"Lights\"\n"),
                 HasSubstr("unknown key \"highlight\""));
     EXPECT_THAT(error("[defaults.Lights]\nws_lit = true\n[[assign]]\nkind = \"Lights\"\n"),
@@ -212,19 +212,19 @@ TEST_F(SharedRecipe, AnIncludedFileMayIncludeOthersBesideIt) {
 TEST_F(SharedRecipe, AFileIncludedTwiceOrByItselfIsAnError) {
     folder_.write("a.toml", "[[assign]]\nkind = \"Lights\"\n");
     EXPECT_EQ(error("include = [\"a.toml\", \"./a.toml\"]\n"),
-              "airport.toml, line 1: \"include\" names a file that is read already: a.toml\n"
+              "airport.toml:1:22: \"include\" names a file that is read already: a.toml\n"
               "include = [\"a.toml\", \"./a.toml\"]\n"
               "                     ^");
     EXPECT_THAT(error("include = \"airport.toml\"\n[[assign]]\nkind = \"Lights\"\n"),
                 HasSubstr("\"include\" names a file that is read already: airport.toml"));
     folder_.write("b.toml", "\ninclude = \"airport.toml\"\n");
     EXPECT_THAT(error("include = \"b.toml\"\n[[assign]]\nkind = \"Lights\"\n"),
-                AllOf(HasSubstr("b.toml, line 2: "), HasSubstr("read already: airport.toml")));
+                AllOf(HasSubstr("b.toml:2:11: "), HasSubstr("read already: airport.toml")));
 }
 
 TEST_F(SharedRecipe, AMissingIncludeIsAnErrorOfItsLine) {
     EXPECT_THAT(error("# shared\ninclude = \"none.toml\"\n[[assign]]\nkind = \"Lights\"\n"),
-                AllOf(HasSubstr("airport.toml, line 2: "),
+                AllOf(HasSubstr("airport.toml:2:11: "),
                       HasSubstr("\"include\" names no file: there is no none.toml")));
     // Whoever watches the recipe waits for it.
     EXPECT_THAT(read("include = \"none.toml\"\n[[assign]]\nkind = \"Lights\"\n").files,
@@ -234,7 +234,7 @@ TEST_F(SharedRecipe, AMissingIncludeIsAnErrorOfItsLine) {
 TEST_F(SharedRecipe, ErrorsOfAnIncludedFileNameThatFile) {
     folder_.write("a.toml", "[[assign]]\nkind = \"Lights\"\nLightInt = 5\n");
     EXPECT_THAT(error("include = \"a.toml\"\n"),
-                AllOf(HasSubstr("a.toml, line 3: \"LightInt\" must be text"),
+                AllOf(HasSubstr("a.toml:3:12: \"LightInt\" must be text"),
                       ::testing::Not(HasSubstr("airport.toml"))));
 }
 
@@ -242,7 +242,7 @@ TEST_F(SharedRecipe, ProblemsCarryTheirPlaces) {
     const RecipeReading reading = read("\n[[assign]]\nkind = 3\n");
     ASSERT_THAT(reading.problems, SizeIs(1));
     EXPECT_EQ(reading.problems[0], (Note{"\"kind\" must be text between quotes",
-                                         folder_.file("airport.toml"), 3, Severity::Error}));
+                                         folder_.file("airport.toml"), 3, Severity::Error, {}, 8}));
 }
 
 } // namespace

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace morvane::cli {
+
+/// Runs the command line (without the program's name) and returns the exit status. Never throws.
+int run(const std::vector<std::string>& arguments);
+
+} // namespace morvane::cli

@@ -1,0 +1,204 @@
+// What every command has in common: help, short options, answers, and how failures are shown.
+
+#include "base/errors.h"
+#include "cli/failure.h"
+#include "cli/program_run.h"
+#include "support/source_folder.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <new>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace morvane::test {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+using Json = nlohmann::json;
+
+class CommandLine : public testing::Test {
+  protected:
+    ProgramRun run(const std::string& commands) { return run_commands(folder.path(), commands); }
+    void take(const std::string& example) {
+        copy_into(source_folder() + "/examples/" + example, folder.path());
+    }
+
+    TempFolder folder;
+};
+
+// The commands that have no commands of their own, as they are typed.
+void add_commands(const TempFolder& folder, const std::string& path,
+                  std::vector<std::string>& commands) {
+    std::istringstream lines(run_commands(folder.path(), "morvane-cli" + path + " --help").output);
+    bool listed = false;
+    const std::size_t before = commands.size();
+    for (std::string line; std::getline(lines, line);) {
+        if (listed && line.starts_with("  ") && line[2] != ' ') {
+            add_commands(folder, path + " " + line.substr(2, line.find(' ', 2) - 2), commands);
+        }
+        listed = (listed && !line.empty()) || line == "Subcommands:";
+    }
+    if (commands.size() == before) {
+        commands.push_back(path);
+    }
+}
+
+TEST_F(CommandLine, TheVersionIsANumber) {
+    EXPECT_EQ(run("morvane-cli --version").output, "morvane-cli 0.20\n");
+    EXPECT_EQ(run("morvane-cli -V").output, "morvane-cli 0.20\n");
+}
+
+TEST_F(CommandLine, TheHelpOfEveryCommandListsTheCommonOptionsAndEndsWithAnExample) {
+    std::vector<std::string> commands;
+    add_commands(folder, "", commands);
+    EXPECT_GE(commands.size(), 14U);
+    for (const std::string& command : commands) {
+        const std::string help = run("morvane-cli" + command + " --help").output;
+        EXPECT_THAT(help, HasSubstr("\nCommon options:\n  --program-folder DIR"));
+        EXPECT_THAT(help, AllOf(HasSubstr("  -y,--yes"), HasSubstr("  -q,--quiet")));
+        const std::string last = help.substr(help.rfind('\n', help.size() - 2) + 1);
+        EXPECT_THAT(last, StartsWith("  morvane-cli" + command + " ")) << help;
+    }
+}
+
+TEST_F(CommandLine, HelpOfACommandIsThatCommandsHelp) {
+    for (const std::string command : {"", "process", "library", "library create"}) {
+        const ProgramRun help = run("morvane-cli help " + command);
+        EXPECT_EQ(help.status, 0);
+        EXPECT_EQ(help.output, run("morvane-cli " + command + " --help").output);
+        EXPECT_THAT(help.output, Not(HasSubstr("Usage: morvane-cli help")));
+    }
+    const ProgramRun none = run("morvane-cli help proces");
+    EXPECT_EQ(none.status, 2);
+    EXPECT_THAT(none.errors, HasSubstr("did you mean \"process\"?"));
+}
+
+TEST_F(CommandLine, AMistypedOptionGetsTheNearestOne) {
+    const ProgramRun own = run("morvane-cli process a b --dryrun");
+    EXPECT_EQ(own.status, 2);
+    EXPECT_THAT(own.errors,
+                StartsWith("There is no option \"--dryrun\" (did you mean \"--dry-run\"?)\n"));
+    EXPECT_THAT(run("morvane-cli inspect --jsno a").errors, HasSubstr("did you mean \"--json\"?"));
+    EXPECT_THAT(run("morvane-cli library create a --outputt=b").errors,
+                HasSubstr("\"--outputt\" (did you mean \"--output\"?)"));
+}
+
+TEST_F(CommandLine, AQuestionThatNobodyCanAnswerSaysHowToAnswerIt) {
+    folder.write("a.asm", "; a label BGLCODE\r\n");
+    const ProgramRun asked = run("morvane-cli rename-labels a.asm X");
+    EXPECT_EQ(asked.status, 1);
+    EXPECT_THAT(asked.errors, HasSubstr("\nNote: nobody is there to answer, so the answer is No; "
+                                        "--yes answers Yes.\n"));
+    EXPECT_THAT(run("morvane-cli -n rename-labels a.asm X").errors, Not(HasSubstr("nobody")));
+}
+
+TEST_F(CommandLine, ShortOptionsAnswer) {
+    folder.write("a.asm", "a label BGLCODE\r\n");
+    EXPECT_EQ(run("morvane-cli rename-labels a.asm X -n").status, 1);
+    EXPECT_EQ(folder.read("a.asm"), "a label BGLCODE\r\n");
+    EXPECT_EQ(run("morvane-cli rename-labels a.asm X -y").status, 0);
+    EXPECT_THAT(folder.read("a.asm"), StartsWith("aX label BGLCODE\r\n"));
+}
+
+TEST_F(CommandLine, QuietOmitsTheLogAlone) {
+    folder.write("a.asm", "a label BGLCODE\r\n");
+    for (const std::string quiet : {"-q", "--quiet"}) {
+        const ProgramRun done = run("morvane-cli -y rename-labels a.asm X " + quiet);
+        EXPECT_EQ(done.status, 0);
+        EXPECT_EQ(done.output, "");
+        EXPECT_THAT(done.errors, HasSubstr("[question] "));
+    }
+    EXPECT_NE(run("morvane-cli -y rename-labels a.asm X").output, "");
+}
+
+TEST_F(CommandLine, ADashIsRefusedAsAFileName) {
+    for (const std::string command :
+         {"inspect -", "rename-labels - X", "library create - --output a.asm",
+          "library create a.toml --output -", "bgl analyse -", "bgl search -"}) {
+        const ProgramRun refused = run("morvane-cli " + command);
+        EXPECT_EQ(refused.status, 2) << command;
+        EXPECT_THAT(refused.errors, HasSubstr("\"-\" is not a file name here")) << command;
+        EXPECT_THAT(refused.errors, HasSubstr("./-")) << command;
+    }
+}
+
+TEST_F(CommandLine, AFailureIsADocumentToo) {
+    const ProgramRun refused = run("morvane-cli --json inspect nothing");
+    EXPECT_EQ(refused.status, 1);
+    const Json json = Json::parse(refused.output);
+    EXPECT_EQ(json.at("error").at("status"), 1);
+    EXPECT_THAT(std::string(json.at("error").at("text")), Not(testing::IsEmpty()));
+    EXPECT_THAT(refused.errors, HasSubstr(std::string(json.at("error").at("text"))));
+    EXPECT_TRUE(json.at("error").at("problems").is_array());
+    EXPECT_TRUE(json.at("messages").is_array());
+}
+
+TEST_F(CommandLine, TheDocumentOfAWrongListHasItsProblems) {
+    folder.write("list.toml", "[[object]]\ndesign = \"nowhere\"\nguid = \"1,2,3,4\"\n");
+    const ProgramRun refused = run("morvane-cli library create list.toml --output a.asm --json");
+    EXPECT_EQ(refused.status, 2);
+    const Json error = Json::parse(refused.output).at("error");
+    EXPECT_EQ(error.at("status"), 2);
+    const Json& problem = error.at("problems").at(0);
+    EXPECT_EQ(problem.at("path"), "list.toml");
+    EXPECT_EQ(problem.at("line"), 2);
+    EXPECT_EQ(problem.at("severity"), "error");
+    EXPECT_EQ(problem.at("row"), nullptr);
+    EXPECT_TRUE(problem.contains("code"));
+    EXPECT_EQ(problem.at("text"), "\"design\" names no design: there is no file nowhere.asm");
+}
+
+TEST_F(CommandLine, AWrongCommandLineIsADocumentToo) {
+    const ProgramRun refused = run("morvane-cli --json process");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(Json::parse(refused.output).at("error").at("status"), 2);
+}
+
+TEST_F(CommandLine, MessagesWithPathsAreReadableInADocument) {
+    const Json json = Json::parse(run("morvane-cli --json inspect h\xC3\xBCtte").output);
+    EXPECT_THAT(json.at("error").dump(), Not(HasSubstr("\xC3\x83")));
+}
+
+TEST_F(CommandLine, ProcessNeedsNoProgramFolder) {
+    take("airport");
+    const std::string gone = folder.file("gone");
+    for (const std::string options : {"--dry-run", ""}) {
+        const ProgramRun done = run("MORVANE_HOME='" + gone + "' HOME='" + gone +
+                                    "' morvane-cli process airport airport.toml " + options);
+        EXPECT_EQ(done.status, 0) << done.errors;
+        EXPECT_FALSE(files_below(folder.path()).contains("gone/fx_list.txt"));
+    }
+}
+
+std::string message_of(const std::function<int()>& command) {
+    std::string message;
+    const int status = cli::run_guarded(command, [&](const std::string& text) {
+        EXPECT_EQ(message, "") << "more than one message";
+        message = text;
+        return 1;
+    });
+    EXPECT_EQ(status, 1);
+    return message;
+}
+
+TEST(UnexpectedErrors, EndACommandWithOneMessage) {
+    EXPECT_EQ(message_of([]() -> int { throw std::bad_alloc(); }), "7 : Out of memory");
+    EXPECT_EQ(message_of([]() -> int { throw std::length_error("too long"); }),
+              "Unexpected error: too long");
+    EXPECT_EQ(message_of([]() -> int { throw 5; }), "Unexpected error.");
+    EXPECT_THAT(message_of([]() -> int { throw RuntimeError(ErrorNumber::DiskFull, "a.asm"); }),
+                HasSubstr("Disk full"));
+}
+
+} // namespace
+} // namespace morvane::test
