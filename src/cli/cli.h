@@ -69,5 +69,7 @@ void add_assemble_command(CLI::App& app, Cli& cli);
 void add_library_commands(CLI::App& app, Cli& cli);
 void add_bgl_commands(CLI::App& app, Cli& cli);
 void add_render_command(CLI::App& app, Cli& cli);
+void add_build_command(CLI::App& app, Cli& cli);
+void add_watch_command(CLI::App& app, Cli& cli);
 
 } // namespace morvane::cli

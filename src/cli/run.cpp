@@ -43,6 +43,8 @@ void add_commands(CLI::App& app, Cli& cli) {
     add_library_commands(app, cli);
     add_bgl_commands(app, cli);
     add_render_command(app, cli);
+    add_build_command(app, cli);
+    add_watch_command(app, cli);
     add_help_command(app);
 }
 

@@ -88,10 +88,10 @@ std::vector<std::string> collect_labels(const LineStore& store) {
     return labels;
 }
 
-std::size_t append_label_suffix(LineStore& store, std::string_view suffix) {
-    const std::vector<std::string> labels = collect_labels(store);
+void append_suffix_to_labels(LineStore& store, const std::vector<std::string>& labels,
+                             std::string_view suffix) {
     if (labels.empty() || suffix.empty()) {
-        return labels.size();
+        return;
     }
     LineRewriter rewriter(labels, suffix);
     for (std::size_t i = 1; i <= store.upper(); ++i) {
@@ -99,6 +99,11 @@ std::size_t append_label_suffix(LineStore& store, std::string_view suffix) {
             store.set_line(i, rewriter.text());
         }
     }
+}
+
+std::size_t append_label_suffix(LineStore& store, std::string_view suffix) {
+    const std::vector<std::string> labels = collect_labels(store);
+    append_suffix_to_labels(store, labels, suffix);
     return labels.size();
 }
 

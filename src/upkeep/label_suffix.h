@@ -24,4 +24,8 @@ std::vector<std::string> collect_labels(const LineStore& store);
 /// changed.
 std::size_t append_label_suffix(LineStore& store, std::string_view suffix);
 
+/// The same for labels that are given, which other files may define.
+void append_suffix_to_labels(LineStore& store, const std::vector<std::string>& labels,
+                             std::string_view suffix);
+
 } // namespace morvane

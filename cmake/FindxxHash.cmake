@@ -1,0 +1,11 @@
+# XXH3 is used from the header alone.
+find_path(XXHASH_INCLUDE_DIR xxhash.h)
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(xxHash REQUIRED_VARS XXHASH_INCLUDE_DIR)
+if(xxHash_FOUND AND NOT TARGET xxHash::xxhash)
+  add_library(xxHash::xxhash INTERFACE IMPORTED GLOBAL)
+  if(NOT XXHASH_INCLUDE_DIR STREQUAL "/usr/include")
+    target_include_directories(xxHash::xxhash SYSTEM INTERFACE ${XXHASH_INCLUDE_DIR})
+  endif()
+endif()
+mark_as_advanced(XXHASH_INCLUDE_DIR)
