@@ -122,7 +122,7 @@ class Completions : public ::testing::TestWithParam<const Shell*> {
 TEST_P(Completions, OfferTheCommands) {
     EXPECT_THAT(offer(""), IsSupersetOf({"inspect", "process", "backup", "restore", "compile",
                                          "rename-labels", "assemble", "library", "bgl"}));
-    EXPECT_THAT(offer("re"), UnorderedElementsAre("rename-labels", "restore"));
+    EXPECT_THAT(offer("re"), UnorderedElementsAre("rename-labels", "render", "restore"));
 }
 
 TEST_P(Completions, OfferTheCommandsOfAGroup) {
