@@ -159,7 +159,7 @@ void add_assembly_problems(Making& making, const OpenSet& set, const Recipe& rec
 }
 
 std::string model_text(const OpenSet& set, const Export& from) {
-    return set.records.empty() ? std::string(from.model.view())
+    return set.replacements.empty() ? std::string(from.model.view())
                                : written([&](TextWriter& out) { write_merged_model(set, out); });
 }
 
