@@ -63,8 +63,7 @@ Json wrong_project_json(const std::vector<Note>& problems) {
     return list;
 }
 
-void print_build_json(const Cli& cli, const BuildResult& result, int status,
-                      const std::string& error) {
+void print_build_json(Cli& cli, const BuildResult& result, int status, const std::string& error) {
     Json document = Json::object();
     if (status != done) {
         document["error"] = {{"status", status},
@@ -76,7 +75,7 @@ void print_build_json(const Cli& cli, const BuildResult& result, int status,
         document["steps"].push_back(step_json(step));
     }
     document["messages"] = json_texts(cli.reporter.messages());
-    print_json(document);
+    print_json(cli, document);
 }
 
 std::string failed_names(const BuildResult& result) {
@@ -119,17 +118,17 @@ int report_build(Cli& cli, const BuildResult& result) {
         cli.reporter.note(note);
     }
     if (status == wrong) {
-        report_wrong(result.errors);
-    } else {
-        if (!cli.json) {
-            cli.reporter.print_log();
-            if (result.how != BuildResult::How::Refused) {
-                std::cout << build_summary(result) << '\n';
-            }
+        return result.problems.empty() ? report_usage(cli, error)
+                                       : report_wrong(cli, result.errors, result.problems);
+    }
+    if (!cli.json) {
+        cli.reporter.print_log();
+        if (result.how != BuildResult::How::Refused) {
+            std::cout << build_summary(result) << '\n';
         }
-        if (status != done) {
-            cli.reporter.message_box(error, Icon::None);
-        }
+    }
+    if (status != done) {
+        cli.reporter.message_box(error, Icon::None);
     }
     if (cli.json) {
         print_build_json(cli, result, status, error);
@@ -184,7 +183,7 @@ int run_build(Cli& cli, const BuildArguments& arguments) {
     std::vector<std::string> names = arguments.words;
     const std::string file = take_project(names);
     if (file.empty()) {
-        return report_wrong({"build takes one project (a file that ends in .toml)"});
+        return report_usage(cli, "build takes one project (a file that ends in .toml)");
     }
     const ProjectReading reading = read_project(*cli.disk, file);
     if (!reading.project) {
@@ -221,6 +220,7 @@ void add_build_command(CLI::App& app, Cli& cli) {
     command->add_flag("--explain", arguments->explain,
                       "Name the steps that are up to date too, and print notes");
     command->add_flag("--force", arguments->force, "Make everything again");
+    add_example(*command, "build scenery/morvane.toml terminal --explain");
     on_call(*command, cli, [&cli, arguments] { return run_build(cli, *arguments); });
 }
 

@@ -46,7 +46,7 @@ WatchOptions watch_options() {
 int run_project_watch(Cli& cli, const std::string& file) {
     const ProjectReading reading = read_project(*cli.disk, file);
     if (!reading.project) {
-        return report_wrong(reading.errors);
+        return report_wrong(cli, reading.errors, reading.problems);
     }
     const Interruption interruption;
     const auto programs = make_system_programs();
@@ -61,7 +61,7 @@ int run_set_watch(Cli& cli, const std::string& base, const std::string& recipe,
                   const std::string& output) {
     for (const auto name : {model_file_name, frame_file_name}) {
         if (is_same_file(*cli.disk, name(base), name(output))) {
-            return report_wrong({"--output: " + name(output) + " is a file of the export"});
+            return report_usage(cli, "--output: " + name(output) + " is a file of the export");
         }
     }
     const Interruption interruption;
@@ -74,15 +74,16 @@ int run_watch_command(Cli& cli, const WatchArguments& arguments) {
     const bool project = words.empty() || has_ending(words.front(), ".toml");
     if (project) {
         if (words.size() > 1 || !arguments.output.empty()) {
-            return report_wrong({"watch takes one project, or a base path with --output"});
+            return report_usage(cli, "watch takes one project, or a base path with --output");
         }
         return run_project_watch(cli, words.empty() ? "morvane.toml" : words.front());
     }
     if (arguments.output.empty()) {
-        return report_wrong({"--output is required: the base path under which the set is written"});
+        return report_usage(cli,
+                            "--output is required: the base path under which the set is written");
     }
     if (words.size() > 2 || (words.size() == 2 && !has_ending(words.back(), ".toml"))) {
-        return report_wrong({"watch takes one base path and one recipe (RECIPE.toml)"});
+        return report_usage(cli, "watch takes one base path and one recipe (RECIPE.toml)");
     }
     return run_set_watch(cli, words.front(),
                          words.size() == 2 ? words.back() : words.front() + ".toml",
@@ -100,6 +101,7 @@ void add_watch_command(CLI::App& app, Cli& cli) {
                         "and its recipe (BASE.toml if none is given)");
     command->add_option("--output", arguments->output, "Where a single set is written")
         ->type_name("BASE");
+    add_example(*command, "watch exports/terminal terminal.toml --output scenery/terminal");
     on_call(*command, cli, [&cli, arguments] { return run_watch_command(cli, *arguments); });
 }
 

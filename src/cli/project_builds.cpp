@@ -67,8 +67,10 @@ std::size_t count_of(const BuildResult& result, StepState state) {
 
 BuildSurroundings build_surroundings(Cli& cli) {
     const std::string program = executable_folder();
+    const std::string effects = join_path(
+        find_program_folder(*cli.disk, program_places(cli.program_folder_option)), "fx_list.txt");
     return {cli.default_effect(),
-            join_path(cli.program_folder(), "fx_list.txt"),
+            cli.disk->is_file(effects) ? effects : std::string(),
             {join_path(folder_part(program), "share/morvane"), program},
             std::string(version_caption)};
 }
