@@ -120,6 +120,7 @@ int check_recipe_alone(Cli& cli, const CheckOptions& options, const Recipe& reci
     const std::vector<std::string> effects = cli.effects();
     for (const Assignment& assignment : recipe.assignments) {
         PlannedObject object = planned_object(recipe, assignment, 0);
+        check_parameters_of(object, problems);
         check_effect_name(object, effects, problems);
     }
     for (Problem& problem : problems) {

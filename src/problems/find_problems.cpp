@@ -12,6 +12,7 @@
 #include "system/file_bytes.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <set>
 #include <tuple>
@@ -36,6 +37,25 @@ std::optional<std::size_t> row_at(const OpenSet& set, std::size_t line) {
         }
     }
     return std::nullopt;
+}
+
+// What generated lines take from parameters and vertices, which are checked where they are given.
+constexpr std::array<std::string_view, 13> operand_codes{
+    "operand-count", "empty-operand",  "real-number",     "whole-number", "number-too-wide",
+    "hexadecimal",   "light-type",     "flash-variable",  "empty-text",   "quote-in-text",
+    "text-too-long", "text-character", "time-constraints"};
+
+void remove_checked_elsewhere(const ProblemRequest& request, const MergedModel& merged,
+                              Problems& problems) {
+    if (request.planned.empty()) {
+        return;
+    }
+    const std::string model = model_file_name(output_of(request));
+    std::erase_if(problems, [&](const Problem& problem) {
+        return problem.path == model && merged.is_generated(problem.line) &&
+               std::find(operand_codes.begin(), operand_codes.end(), problem.code) !=
+                   operand_codes.end();
+    });
 }
 
 void place_in_model(const ProblemRequest& request, const MergedModel& merged, Problems& problems) {
@@ -132,6 +152,7 @@ OpenSet processed_set(Disk& disk, const ProblemRequest& request, Problems& probl
 void check_planned(const ProblemRequest& request, Problems& problems) {
     for (const PlannedObject& object : request.planned) {
         check_object(request.set, object, problems);
+        check_parameters_of(object, problems);
         check_effect_name(object, request.effects, problems);
         check_identifier(object, request.objects, problems);
     }
@@ -146,6 +167,7 @@ Problems source_problems(Disk& disk, const OpenSet& set, const ProblemRequest& r
     check_renaming(source, problems);
     check_flow(source, problems);
     check_textures(disk, source, problems);
+    remove_checked_elsewhere(request, merged, problems);
     place_in_model(request, merged, problems);
     return problems;
 }

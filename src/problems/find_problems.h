@@ -53,8 +53,8 @@ std::vector<Problem> find_set_assembly_problems(Disk& disk, const OpenSet& set,
 std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& path,
                                                  const std::string& folder = {});
 
-/// Reports errors and warnings as notes, at most 20 of one code and none of those `allowed`. Returns
-/// whether there were any.
+/// Reports errors and warnings as notes, at most 20 of one code and none of those `allowed`.
+/// Returns whether there were any.
 bool note_problems(Reporter& reporter, std::vector<Problem> problems,
                    const std::vector<std::string>& allowed = {});
 

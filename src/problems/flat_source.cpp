@@ -185,6 +185,17 @@ MergedModel merge_model(const OpenSet& set) {
     return merged;
 }
 
+bool MergedModel::is_generated(std::size_t line) const {
+    std::size_t added = 0;
+    for (const Piece& piece : pieces) {
+        if (line < piece.before + added + piece.count) {
+            return line >= piece.before + added;
+        }
+        added += piece.count;
+    }
+    return false;
+}
+
 std::size_t MergedModel::opened_line(std::size_t line) const {
     std::size_t added = 0;
     for (const Piece& piece : pieces) {

@@ -64,6 +64,7 @@ struct MergedModel {
 
     /// The line of the opened model that a line was; for a generated one the line it goes before.
     std::size_t opened_line(std::size_t line) const;
+    bool is_generated(std::size_t line) const;
     /// Where a line of the opened model is in the merged one.
     std::size_t saved_line(std::size_t line) const;
 };

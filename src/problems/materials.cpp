@@ -22,7 +22,7 @@ void check_block(const OpenSet& set, std::size_t row, Problems& problems) {
     const MaterialBlock& block = set.translation(row).block;
     if (block.selecting_line > set.model.count()) {
         problems.push_back(at_row(
-            set, row, set.translation(row).list_line, Severity::Warning, "material-not-drawn",
+            set, row, set.translation(row).list_line, Severity::Warning, "not-drawn",
             material_text(set, row) + " is marked but drawn nowhere; draw something with it, or "
                                       "take its mark away."));
         return;
@@ -40,12 +40,12 @@ void check_block(const OpenSet& set, std::size_t row, Problems& problems) {
         ++line;
     }
     if (line == first) {
-        problems.push_back(at_row(set, row, opening, Severity::Warning, "empty-block",
+        problems.push_back(at_row(set, row, opening, Severity::Warning, "no-triangles",
                                   material_text(set, row) +
                                       " has no triangle in its block; draw one where an object is "
                                       "wanted."));
     } else if (macro_at(line) != MacroId::DrawTriEnd) {
-        problems.push_back(at_row(set, row, line, Severity::Warning, "mixed-block",
+        problems.push_back(at_row(set, row, line, Severity::Warning, "other-lines",
                                   material_text(set, row) +
                                       " has another line among its triangles, so that only those "
                                       "before it become objects; move the line behind them."));
@@ -86,7 +86,7 @@ bool is_nearly_marked(const Operands& operands) {
 void check_highlights(const OpenSet& set, Problems& problems) {
     for (const Material& material : set.materials) {
         if (is_nearly_marked(Operands(read_statement(material.text).rest))) {
-            problems.push_back({"highlight-nearly-pure", Severity::Warning,
+            problems.push_back({"near-highlight", Severity::Warning,
                                 "the material's highlight is nearly one of the seven pure colours, "
                                 "but only a pure one marks it; set its parts to exactly 0 or 255.",
                                 model_file_name(set.base), material.list_line});
@@ -132,7 +132,7 @@ void check_materials(const OpenSet& set, Problems& problems) {
         check_places(set, row, problems);
     }
     if (processed_before) {
-        problems.push_back({"processed-before", Severity::Note,
+        problems.push_back({"already-rewritten", Severity::Note,
                             "the set was processed before; restore it, or export it again, before "
                             "it is processed anew.",
                             model_file_name(set.base)});

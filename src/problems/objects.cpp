@@ -1,5 +1,6 @@
 #include "base/numbers.h"
 #include "base/text.h"
+#include "objects/parameter_checks.h"
 #include "problems/literals.h"
 #include "problems/set_checks.h"
 #include "source/source_set.h"
@@ -58,8 +59,7 @@ void check_windsock(const OpenSet& set, const PlannedObject& object, const RowTr
                   : "the windsock's triangle lies flat; let its second corner be 0.1 higher than "
                     "the lowest."));
     } else if (format_decimal(sock_length(triangle), 1, 6) == "0.0") {
-        problems.push_back(at_row(set, object, triangle.line, Severity::Warning,
-                                  "windsock-no-length",
+        problems.push_back(at_row(set, object, triangle.line, Severity::Warning, "windsock-size",
                                   "the windsock has a length of 0; move its two upper corners "
                                   "apart."));
     }
@@ -183,6 +183,13 @@ void check_scale(const PlannedObject& object, const KnownObject& known, Problems
 }
 
 } // namespace
+
+void check_parameters_of(const PlannedObject& object, Problems& problems) {
+    for (const Note& note :
+         parameter_notes(object.kind, object.parameters, object.path, object.line)) {
+        problems.push_back({note.code, note.severity, note.text, note.path, note.line, object.row});
+    }
+}
 
 void check_effect_name(const PlannedObject& object, const std::vector<std::string>& effects,
                        Problems& problems) {

@@ -49,6 +49,8 @@ void check_textures(Disk& disk, const FlatSource& source, Problems& problems);
 
 /// The triangles and the place of a material that becomes an object of a kind.
 void check_object(const OpenSet& set, const PlannedObject& object, Problems& problems);
+/// The parameters of an object, at the place that gives them.
+void check_parameters_of(const PlannedObject& object, Problems& problems);
 /// Effects that the list does not have. An empty list says nothing.
 void check_effect_name(const PlannedObject& object, const std::vector<std::string>& effects,
                        Problems& problems);

@@ -122,7 +122,7 @@ TEST_P(ExampleSets, HaveNoErrorsAsTheyAreNorPlannedNorSaved) {
     planned.clear();
     check(base);
     EXPECT_THAT(bad(), IsEmpty());
-    EXPECT_EQ(problem("processed-before").severity, Severity::Note);
+    EXPECT_EQ(problem("already-rewritten").severity, Severity::Note);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ExampleSets,

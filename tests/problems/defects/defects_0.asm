@@ -2,9 +2,9 @@ BGL_BEGIN 0800h
 MASTER label BGLCODE
     MATERIAL_LIST_BEGIN
     MATERIAL_DEF 1.0,0.5,0.0,1.0, 0.0,0.0,0.0, 1.0,0.0,0.0, 0.0,0.0,0.0, 0.0 ; 0
-    MATERIAL_DEF 1.0,0.5,0.0,1.0, 0.0,0.0,0.0, 0.996078,0.0,0.0, 0.0,0.0,0.0, 0.0 ; !highlight-nearly-pure
+    MATERIAL_DEF 1.0,0.5,0.0,1.0, 0.0,0.0,0.0, 0.996078,0.0,0.0, 0.0,0.0,0.0, 0.0 ; !near-highlight
     MATERIAL_DEF 1,0.5,0.0,1.0, 0.0,0.0,0.0, 0.0,0.0,0.0, 0.0,0.0,0.0, 0.0 ; !real-number
-    MATERIAL_DEF 1.0,0.5,0.0,1.0, 0.0,0.0,0.0, 0.0,1.0,0.0, 0.0,0.0,0.0, 0.0 ; !material-not-drawn
+    MATERIAL_DEF 1.0,0.5,0.0,1.0, 0.0,0.0,0.0, 0.0,1.0,0.0, 0.0,0.0,0.0, 0.0 ; !not-drawn
     MATERIAL_DEF 1.0,0.5,0.0,1.0, 0.0,0.0,0.0, 0.0,0.0,1.0, 0.0,0.0,0.0, 0.0 ; 4
     MATERIAL_LIST_END
     TEXTURE_LIST_BEGIN
@@ -26,7 +26,7 @@ MASTER label BGLCODE
     DRAW_TRI    0,   0,   1 ; !degenerate-triangle
     DRAW_TRI_END
     MATERIAL 4,7 ; !number-beyond-list
-    DRAW_TRI_BEGIN 0, 3 ; !empty-block
+    DRAW_TRI_BEGIN 0, 3 ; !no-triangles
     DRAW_TRI_END
     DRAW_TRI    0,   1,   2 ; !triangle-outside-block
     DRAW_TRI_END ; !unpaired
