@@ -40,7 +40,7 @@ class Planner {
 
   private:
     void refuse(std::size_t line, const std::string& problem) {
-        plan_.errors.push_back(project_.file + ", line " + to_text(line) + ": " + problem);
+        plan_.errors.push_back(project_.file + ":" + to_text(line) + ": " + problem);
         plan_.problems.push_back({problem, project_.file, line, Severity::Error});
     }
 
@@ -117,8 +117,18 @@ class Planner {
     }
 
     void take_errors(const std::vector<std::string>& errors, const std::vector<Note>& problems) {
-        plan_.errors.insert(plan_.errors.end(), errors.begin(), errors.end());
-        plan_.problems.insert(plan_.problems.end(), problems.begin(), problems.end());
+        // Steps share recipes, whose errors are told once.
+        for (const std::string& error : errors) {
+            if (std::find(plan_.errors.begin(), plan_.errors.end(), error) == plan_.errors.end()) {
+                plan_.errors.push_back(error);
+            }
+        }
+        for (const Note& problem : problems) {
+            if (std::find(plan_.problems.begin(), plan_.problems.end(), problem) ==
+                plan_.problems.end()) {
+                plan_.problems.push_back(problem);
+            }
+        }
     }
 
     void add_exports(PlannedBuildStep& planned) {

@@ -271,7 +271,7 @@ TEST_F(Build, AWrongRecipeStartsNothing) {
     folder.write("recipes/red.toml", "[[assign]]\nkind = \"Light\"\n");
     const BuildResult result = build();
     EXPECT_EQ(result.how, BuildResult::How::NotStarted);
-    EXPECT_THAT(result.errors, Contains(HasSubstr("red.toml, line 2")));
+    EXPECT_THAT(result.errors, ElementsAre(HasSubstr("red.toml:2:8: ")));
     EXPECT_FALSE(std::filesystem::exists(folder.file("build")));
 }
 
@@ -279,7 +279,7 @@ TEST_F(Build, AMissingMacrosFileIsAnErrorOfTheProject) {
     write_sets({"a"}, "[project]\nmacros = \"no.inc\"\n");
     const BuildResult result = build();
     EXPECT_EQ(result.how, BuildResult::How::NotStarted);
-    EXPECT_THAT(result.errors, ElementsAre(HasSubstr("morvane.toml, line 2: \"macros\"")));
+    EXPECT_THAT(result.errors, ElementsAre(HasSubstr("morvane.toml:2: \"macros\"")));
 }
 
 TEST_F(Build, MacrosAreLookedUpInTheSharedFolderAfterTheProjects) {

@@ -64,21 +64,21 @@ TEST_F(ReadProject, TakesEveryKey) {
 
 TEST_F(ReadProject, MistakesNameFileLineAndKey) {
     EXPECT_EQ(error("[[set]]\nbse = \"a\"\nbase = \"a\"\n"),
-              "morvane.toml, line 2: unknown key \"bse\" (did you mean \"base\"?)\n"
+              "morvane.toml:2:1: unknown key \"bse\" (did you mean \"base\"?)\n"
               "bse = \"a\"\n^");
-    EXPECT_THAT(error("[[set]]\nsuffix = \"T\"\n"), HasSubstr("line 1: \"base\" is missing"));
+    EXPECT_THAT(error("[[set]]\nsuffix = \"T\"\n"), HasSubstr(":1:1: \"base\" is missing"));
     EXPECT_THAT(error("[[sets]]\nbase = \"a\"\n"), HasSubstr("(did you mean \"set\"?)"));
     EXPECT_THAT(error("[project]\n"), HasSubstr("there is no [[set]]"));
     EXPECT_THAT(error("[set]\nbase = \"a\"\n"), HasSubstr("[[set]]"));
     EXPECT_THAT(error("[[set]]\nbase = \"a.asm\"\n"), HasSubstr("without its ending"));
     EXPECT_THAT(error("[[set]]\nbase = \"a\"\ncompile = true\n"),
-                HasSubstr("line 3: \"compile\" must be \"bgl\", \"mdl\" or false"));
+                HasSubstr(":3:11: \"compile\" must be \"bgl\", \"mdl\" or false"));
     EXPECT_THAT(error("[[set]]\nbase = \"a\"\nsuffix = \"T 1\"\n"),
                 HasSubstr("\"suffix\" must not hold blanks"));
     EXPECT_THAT(error("[project]\ncompiler = \"\"\n[[set]]\nbase = \"a\"\n"),
                 HasSubstr("\"compiler\" must begin with the name of a program"));
     EXPECT_THAT(error("[[library]]\nlist = \"a.toml\"\noutput = \"x/objects.asm\"\n"),
-                HasSubstr("line 3: \"output\" must be a name without a folder"));
+                HasSubstr(":3:10: \"output\" must be a name without a folder"));
     EXPECT_THAT(error("[[library]]\nlist = \"a.toml\"\noutput = \"objects\"\n"),
                 HasSubstr("that ends in .asm"));
     EXPECT_THAT(error("[[aircraft]]\nname = \"g\"\ncomplete = \"c\"\n"),
@@ -86,7 +86,7 @@ TEST_F(ReadProject, MistakesNameFileLineAndKey) {
     EXPECT_THAT(error("[[aircraft]]\nname = \"g\"\ncomplete = \"c\"\nshadow_optimization = true\n"),
                 HasSubstr("\"shadow\" is missing"));
     EXPECT_THAT(error("[[set]]\nbase = \"a\"\n[[set]]\nbase = \"x/A\"\n"),
-                HasSubstr("line 3: there is a step \"A\" already, in line 1"));
+                HasSubstr(":3:1: there is a step \"A\" already, in line 1"));
 }
 
 } // namespace

@@ -213,7 +213,7 @@ TEST_F(Watch, AWrongRecipeIsToldAndTheWatchGoesOn) {
     }));
     {
         const std::lock_guard guard(mutex);
-        EXPECT_THAT(said_, Contains(HasSubstr("red.toml, line 2")));
+        EXPECT_THAT(said_, Contains(HasSubstr("red.toml:2:8: ")));
     }
     folder.write("recipes/red.toml", recipe + "LightInt = \"5\"\n");
     EXPECT_TRUE(wait_for([this] { return builds_of("a") == 2 && builds_of("b") == 2; }));
