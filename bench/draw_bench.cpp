@@ -105,7 +105,7 @@ void BM_OpenToFirstPicture(benchmark::State& state) {
     for (auto _ : state) {
         OpenSet set;
         open_source_set({*disk, reporter}, set, base);
-        const scene::Scene scene = read_set(set);
+        const scene::Scene scene = scene::read_set(set);
         raster::Camera camera;
         fit(camera, size, scene);
         raster::Picture picture;

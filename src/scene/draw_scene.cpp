@@ -200,6 +200,11 @@ std::vector<Label> Painter::draw(raster::Picture& picture, const Scene& scene,
 
 void draw_labels(raster::Picture& picture, const std::vector<Label>& labels, int scale) {
     for (const Label& label : labels) {
+        // A shade behind, of the other brightness, so that it can be read on anything.
+        const bool dark_letters = (label.colour >> 8 & 0xFF) < 128;
+        raster::fill_rectangle(picture, label.x - 2 * scale, label.y - 6 * scale,
+                               raster::text_width(label.text, scale) + 3 * scale, 11 * scale,
+                               dark_letters ? 0xA0FFFFFF : 0xA0000000);
         raster::draw_text(picture, label.x, label.y - 4 * scale, label.text, label.colour, scale);
     }
 }
