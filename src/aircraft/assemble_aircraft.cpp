@@ -6,6 +6,7 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "base/text.h"
+#include "base/windows1252.h"
 #include "source/find_line.h"
 #include "source/source_set.h"
 #include "source/text_files.h"
@@ -113,6 +114,17 @@ bool run(Assembly& assembly) {
     return true;
 }
 
+// The parts that include lines name must have names that source files can hold.
+bool refuse_names(Reporter& reporter, const AircraftJob& job) {
+    for (const AircraftPart part : {WingsLow, WingsHigh, Shadow}) {
+        if (job.flexing_wings && !source_text(job.bases[part])) {
+            reporter.message_box(cannot_be_written("The path", job.bases[part]), Icon::Critical);
+            return true;
+        }
+    }
+    return false;
+}
+
 void note_changed(const Assembly& assembly) {
     for (const std::string& path : assembly.changed) {
         assembly.services.reporter.note({path + " was changed by this run."});
@@ -124,6 +136,9 @@ void note_changed(const Assembly& assembly) {
 std::optional<std::string> assemble_aircraft(const Services& services, const AircraftJob& job) {
     if (!job.flexing_wings && !job.shadow_optimization) {
         services.reporter.message_box("Nothing to do !", Icon::Exclamation);
+        return std::nullopt;
+    }
+    if (refuse_names(services.reporter, job)) {
         return std::nullopt;
     }
     Assembly assembly{services, job, {}, {}, {}};

@@ -1,5 +1,6 @@
 #include "aircraft/assembly.h"
 #include "base/reporter.h"
+#include "base/windows1252.h"
 #include "objects/model_header.h"
 #include "source/find_line.h"
 #include "source/source_set.h"
@@ -47,14 +48,19 @@ void write_wing_calls(TextWriter& out) {
     out.line("    VINSTANCE_CALL32 model_wingsh, AIRCRAFT_PARAMS.llapbh.pbh");
 }
 
+// As an include line holds it. The run has been refused if that cannot be.
+std::string model_name(const AircraftJob& job, AircraftPart part) {
+    return source_text(model_file_name(job.bases[part])).value();
+}
+
 void write_wing_models(TextWriter& out, const AircraftJob& job) {
     out.line("model_wingsl label BGLCODE");
-    out.line("    include    " + model_file_name(job.bases[WingsLow]));
+    out.line("    include    " + model_name(job, WingsLow));
     out.line("model_wingsh label BGLCODE");
-    out.line("    include    " + model_file_name(job.bases[WingsHigh]));
+    out.line("    include    " + model_name(job, WingsHigh));
     out.line("model_shadow label BGLCODE");
     // Two blanks here and four above, as it has always been written.
-    out.line("    include  " + model_file_name(job.bases[Shadow]));
+    out.line("    include  " + model_name(job, Shadow));
 }
 
 } // namespace

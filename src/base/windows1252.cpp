@@ -118,6 +118,12 @@ std::optional<std::string> source_text(std::string_view text) {
     return valid_utf8_length(text) == text.size() ? from_utf8(text) : std::string(text);
 }
 
+std::string cannot_be_written(std::string_view what, std::string_view text) {
+    return std::string(what) + " " + std::string(text) + " holds the character \"" +
+           std::string(first_foreign_character(text)) +
+           "\", which source files (Windows-1252) cannot hold.";
+}
+
 std::string readable_text(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size());

@@ -22,6 +22,10 @@ std::optional<std::string> from_utf8(std::string_view utf8);
 /// are. std::nullopt when the text holds a character that Windows-1252 lacks.
 std::optional<std::string> source_text(std::string_view text);
 
+/// The message that refuses a text for which source_text returns nothing: `what` names it, e.g.
+/// "The suffix".
+std::string cannot_be_written(std::string_view what, std::string_view text);
+
 /// The UTF-8 text of bytes that are part UTF-8 (paths), part Windows-1252 (what a file holds):
 /// every byte that does not belong to well-formed UTF-8 is taken for Windows-1252.
 std::string readable_text(std::string_view bytes);

@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/reporter.h"
+#include "base/windows1252.h"
 #include "bgl/report.h"
 #include "system/disk.h"
 
@@ -85,7 +86,7 @@ Analysis analyse_file(Inspector& inspector, const std::string& path, bool show_r
     inspector.box.begin_command(auto_clear);
     Analysis analysis;
     try {
-        inspector.box.out_line(path);
+        inspector.box.out_line(source_text(path).value_or(path)); // as names of objects are
         report_file(inspector, path, show_raw, analysis);
     } catch (const RuntimeError& error) {
         report_error(inspector.services.reporter, error, "Error while analysing: ", " : ");

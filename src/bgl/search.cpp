@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/reporter.h"
+#include "base/windows1252.h"
 #include "bgl/report.h"
 #include "system/disk.h"
 
@@ -58,7 +59,8 @@ void report_library(Search& search, const std::string& path,
     OutputBox& box = search.inspector.box;
     ++search.statistics.library_files;
     search.statistics.library_objects += static_cast<std::int32_t>(objects.size());
-    box.out_line(path + " :" + std::to_string(objects.size()));
+    // Windows-1252, as the names of objects are.
+    box.out_line(source_text(path).value_or(path) + " :" + std::to_string(objects.size()));
     for (const LibraryObject& object : objects) {
         box.out_line(search_line(object));
     }

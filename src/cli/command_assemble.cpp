@@ -12,6 +12,10 @@ int run_assemble(Cli& cli, AircraftJob& job) {
         return report_usage(cli, "--shadow-optimization: --shadow BASE is missing");
     }
     cli.reporter.print_notes_at_once();
+    if (!job.shadow_optimization && !job.bases[Shadow].empty()) {
+        cli.reporter.note({"--shadow is given without --shadow-optimization, which is what makes " +
+                           job.bases[Shadow] + " the shadow."});
+    }
     job.program_folder = cli.program_folder();
     const auto output = assemble_aircraft(cli.services(), job);
     if (output) {

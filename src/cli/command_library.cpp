@@ -7,6 +7,8 @@
 #include "library/library_list_file.h"
 #include "problems/find_problems.h"
 #include "problems/library_list.h"
+#include "source/opened_file.h"
+#include "system/absolute_path.h"
 
 #include <iostream>
 
@@ -52,10 +54,22 @@ int fill_guids(Cli& cli, const std::string& list) {
     return done;
 }
 
+// The file that the output would destroy.
+std::optional<std::string> overwritten_input(Cli& cli, const LibraryList& list,
+                                             const CreateOptions& options) {
+    if (is_same_file(*cli.disk, absolute_path(options.output), absolute_path(options.list))) {
+        return options.list;
+    }
+    return overwritten_design(*cli.disk, list, options.output);
+}
+
 int create(Cli& cli, const CreateOptions& options) {
     const LibraryListReading reading = read_library_list(cli.services(), options.list);
     if (!reading.list) {
         return report_wrong(cli, reading.errors, reading.problems);
+    }
+    if (const auto input = overwritten_input(cli, *reading.list, options)) {
+        return report_usage(cli, "--output: " + options.output + " would overwrite " + *input);
     }
     if (!create_library(cli.services(), *reading.list, options.output)) {
         return failed;

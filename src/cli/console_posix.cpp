@@ -4,8 +4,13 @@
 
 namespace morvane::cli {
 
-Console::Console() = default;
-Console::~Console() = default;
+Console::Console() {
+    show_readable_output();
+}
+
+Console::~Console() {
+    restore_output();
+}
 
 std::vector<std::string> console_arguments(int argc, char** argv) {
     return {argv + (argc > 0 ? 1 : 0), argv + argc};

@@ -36,9 +36,11 @@ Console::Console() : code_page_before_(GetConsoleOutputCP()) {
     _setmode(_fileno(stderr), _O_BINARY);
     SetConsoleOutputCP(CP_UTF8);
     allow_erasing(STD_ERROR_HANDLE);
+    show_readable_output();
 }
 
 Console::~Console() {
+    restore_output();
     if (code_page_before_ != 0) {
         SetConsoleOutputCP(code_page_before_);
     }

@@ -1,5 +1,6 @@
 #include "cli/run.h"
 
+#include "base/paths.h"
 #include "base/version.h"
 #include "cli/cli.h"
 #include "cli/completions.h"
@@ -48,23 +49,32 @@ void add_commands(CLI::App& app, Cli& cli) {
     add_help_command(app);
 }
 
+std::string file_name_problem(const CLI::Option& option, const std::string& text) {
+    if (text == "-") {
+        return "\"-\" is not a file name here: files are read and written by name (write ./- for a "
+               "file that is called so)";
+    }
+    if (option.get_name() == "--output" && text.empty()) {
+        return "an empty name";
+    }
+    if (option.get_name() == "--output" && option.get_type_name() == "BASE" &&
+        has_ending(text, ".asm")) {
+        return text + " ends in .asm; a base path is written without it";
+    }
+    return {};
+}
+
 // "-" means standard input or output to many programs. Here it would be a file of that name.
-void refuse_dashes(CLI::App& app) {
-    const CLI::Validator is_file_name(
-        [](const std::string& text) {
-            return text == "-"
-                       ? "\"-\" is not a file name here: files are read and written by name "
-                         "(write ./- for a file that is called so)"
-                       : std::string();
-        },
-        "");
+void check_file_names(CLI::App& app) {
     for (CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
         for (CLI::Option* option : command->get_options([](CLI::Option*) { return true; })) {
             if (option->get_items_expected_max() > 0 && option->get_name() != "SUFFIX") {
-                option->check(is_file_name);
+                option->check(CLI::Validator(
+                    [option](const std::string& text) { return file_name_problem(*option, text); },
+                    ""));
             }
         }
-        refuse_dashes(*command);
+        check_file_names(*command);
     }
 }
 
@@ -144,7 +154,7 @@ int run_command(Cli& cli, const std::vector<std::string>& arguments) {
     add_common_options(app, cli);
     add_completions_option(app);
     add_commands(app, cli);
-    refuse_dashes(app);
+    check_file_names(app);
     if (print_candidates(*cli.disk, app, arguments)) {
         return done;
     }

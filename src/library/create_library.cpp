@@ -4,8 +4,11 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "base/text.h"
+#include "base/windows1252.h"
 #include "library/library_source.h"
+#include "source/opened_file.h"
 #include "source/source_set.h"
+#include "system/absolute_path.h"
 #include "system/disk.h"
 #include "system/replace_files.h"
 #include "system/text_writer.h"
@@ -31,7 +34,41 @@ void note_hindrances(const Services& services, const LibraryList& list) {
     }
 }
 
+// What keeps the library from being written, as the text of a message; empty when nothing does.
+std::string hindrance(const Services& services, const LibraryList& list,
+                      const std::string& output_path) {
+    if (output_path.empty()) {
+        return "Enter an output file.";
+    }
+    if (const auto identifier = duplicated_identifier(list)) {
+        return "Duplicated ID found : " + *identifier;
+    }
+    if (const auto design = overwritten_design(services.disk, list, output_path)) {
+        return "The output file " + output_path + " is a file of a design: " + *design;
+    }
+    for (const LibraryLine& line : list.lines) {
+        if (!source_text(line.base)) {
+            return cannot_be_written("The design", line.base);
+        }
+    }
+    return {};
+}
+
 } // namespace
+
+std::optional<std::string> overwritten_design(Disk& disk, const LibraryList& list,
+                                              const std::string& output_path) {
+    const std::string output = absolute_path(output_path);
+    for (const LibraryLine& line : list.lines) {
+        for (const std::string& file :
+             {frame_file_name(line.location), model_file_name(line.location)}) {
+            if (is_same_file(disk, output, absolute_path(file))) {
+                return file;
+            }
+        }
+    }
+    return std::nullopt;
+}
 
 std::optional<std::string> duplicated_identifier(const LibraryList& list) {
     std::vector<std::string> sorted;
@@ -46,12 +83,8 @@ std::optional<std::string> duplicated_identifier(const LibraryList& list) {
 bool create_library(const Services& services, const LibraryList& list,
                     const std::string& output_path) {
     Reporter& reporter = services.reporter;
-    if (output_path.empty()) {
-        reporter.message_box("Enter an output file.", Icon::Exclamation);
-        return false;
-    }
-    if (const auto identifier = duplicated_identifier(list)) {
-        reporter.message_box("Duplicated ID found : " + *identifier, Icon::Exclamation);
+    if (const std::string problem = hindrance(services, list, output_path); !problem.empty()) {
+        reporter.message_box(problem, Icon::Exclamation);
         return false;
     }
     try {

@@ -9,12 +9,17 @@
 namespace morvane {
 
 /// "Create Library": writes the library's source to `output_path`, in place of the file. False
-/// after a message box (no path, two objects with one identifier, the file cannot be written); an
-/// older file is then as it was. Designs without drawing code are told as hints.
+/// after a message box (no path, two objects with one identifier, an output that is a file of a
+/// design, a design whose name source files cannot hold, the file cannot be written); an older file
+/// is then as it was. Notes name designs without drawing code.
 bool create_library(const Services& services, const LibraryList& list,
                     const std::string& output_path);
 
 /// The identifier, as text, that two of the list's objects have; of several the first as sorted.
 std::optional<std::string> duplicated_identifier(const LibraryList& list);
+
+/// The file of a design that writing to `output_path` would destroy.
+std::optional<std::string> overwritten_design(Disk& disk, const LibraryList& list,
+                                              const std::string& output_path);
 
 } // namespace morvane

@@ -28,7 +28,7 @@ struct LibraryEntry {
 
 /// A line of the visible list.
 struct LibraryLine {
-    std::string base;      // the design's path without an ending, as the include line will carry it
+    std::string base;      // the design's path without an ending, for the include line; UTF-8
     std::string location;  // where its files are found from here; mostly the same
     std::size_t entry = 0; // number of its entry, from 0
 };

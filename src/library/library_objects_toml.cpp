@@ -60,8 +60,8 @@ bool read_design_key(const Reading& reading) {
         return false;
     }
     LibraryLine& line = reading.object.line;
-    line.base = *design;
-    line.location = path_beside(reading.file, to_utf8(*design));
+    line.base = to_utf8(*design);
+    line.location = path_beside(reading.file, line.base);
     if (design->empty() || !reading.services.disk.is_file(frame_file_name(line.location))) {
         const bool ending = has_ending(*design, ".asm");
         reading.refuse(*entry, "names no design: there is no file " +
@@ -166,10 +166,10 @@ void read_measures(const Reading& reading, bool design_found) {
 void read_name(const Reading& reading) {
     const TomlEntry* const given = reading.find("name");
     const TomlEntry* const entry = given != nullptr ? given : reading.find("design");
-    // A design that is no text has been told of, and left no base.
+    // A design that is not text has been reported, and left no base.
     const std::optional<std::string> text =
         given != nullptr ? text_value(*given, reading.errors)
-                         : std::optional(file_name_part(reading.object.line.base));
+                         : source_text(file_name_part(reading.object.line.base));
     if (entry == nullptr || !text) {
         return;
     }
@@ -178,8 +178,8 @@ void read_name(const Reading& reading) {
         reading.refuse(*entry, "must not hold a double quote, which would end the name");
     }
     if (name.size() > max_object_name) {
-        reading.services.reporter.note(
-            {"the name '" + name + "' is cut to " + to_text(max_object_name) + " characters."});
+        reading.services.reporter.note({"the name '" + to_utf8(name) + "' is cut to " +
+                                        to_text(max_object_name) + " characters."});
     }
     reading.object.entry.name = name.substr(0, max_object_name);
 }
@@ -200,12 +200,21 @@ void read_numbers(const Reading& reading) {
     }
 }
 
+// `object = []`, which is how an empty list is written.
+bool is_empty_list(const toml::table& table) {
+    const toml::array* objects = table["object"].as_array();
+    return table.size() == 1 && objects != nullptr && objects->empty();
+}
+
 } // namespace
 
 std::vector<ListedObject> read_listed_objects(const Services& services,
                                               const TomlDocument& document,
                                               DocumentErrors& errors) {
     std::vector<ListedObject> objects;
+    if (is_empty_list(document.table)) {
+        return objects;
+    }
     for (const TomlElement& element : elements_of(document, "object", errors)) {
         const std::vector<TomlEntry> entries = entries_of(element.table);
         ListedObject object{element, {}, {}};

@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "base/version.h"
+#include "base/windows1252.h"
 #include "system/text_writer.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ std::string decimal(std::int32_t value) {
 
 void write_comments(TextWriter& out, const std::string& file_name) {
     out.line("; Library Compiler - morvane " + std::string(version_caption));
-    out.line("; Compile with 'BGLC /BGL " + file_name + "'");
+    out.line("; Compile with 'BGLC /BGL " + source_text(file_name).value_or("FILE") + "'");
     out.line("; ");
 }
 
@@ -94,7 +95,7 @@ void write_object(TextWriter& out, const LibraryLine& line, const LibraryEntry& 
     out.line("    dd 0");
     out.line(name + "_HE label word");
     out.line(name + "_START label word");
-    out.line("    include " + line.base + "_0.asm");
+    out.line("    include " + source_text(line.base).value() + "_0.asm");
     out.line(name + "_END label word");
 }
 

@@ -213,6 +213,18 @@ void write_all(Disk& disk, const std::vector<FileReplacement>& files,
     }
 }
 
+// An error about a file of ours, in terms of the file that the user knows.
+std::string in_users_terms(const std::string& about, const std::vector<Target>& targets) {
+    for (const Target& target : targets) {
+        for (const std::string& ours : {temporary_name(target), kept_name(target)}) {
+            if (about.starts_with(ours)) {
+                return target.path + about.substr(ours.size());
+            }
+        }
+    }
+    return about;
+}
+
 } // namespace
 
 void replace_files(Disk& disk, const std::vector<FileReplacement>& files) {
@@ -221,10 +233,7 @@ void replace_files(Disk& disk, const std::vector<FileReplacement>& files) {
         write_all(disk, files, targets);
     } catch (const RuntimeError& error) {
         const std::string failed = put_all_back(disk, targets);
-        if (failed.empty()) {
-            throw;
-        }
-        throw RuntimeError(error.code(), error.about() + failed);
+        throw RuntimeError(error.code(), in_users_terms(error.about(), targets) + failed);
     } catch (...) {
         put_all_back(disk, targets);
         throw;

@@ -15,7 +15,9 @@
 #include <QCommandLineParser>
 #include <QDir>
 
+#include <algorithm>
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
@@ -25,7 +27,7 @@ struct CommandLine {
     QString path;
 };
 
-CommandLine read_command_line(const QApplication& application) {
+CommandLine read_command_line(const QCoreApplication& application) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QApplication::tr("The window of Morvane."));
     parser.addHelpOption();
@@ -61,9 +63,26 @@ int run(const QApplication& application) {
     return QApplication::exec();
 }
 
+bool asks_for_help_or_version(int argc, char** argv) {
+    return std::any_of(argv, argv + argc, [](std::string_view word) {
+        return word == "-h" || word == "--help" || word == "--help-all" || word == "-v" ||
+               word == "--version";
+    });
+}
+
+// Help and version need no display, which the application of a window does.
+void answer_without_window(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    morvane::name_application();
+    read_command_line(application); // prints them and leaves
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    if (asks_for_help_or_version(argc, argv)) {
+        answer_without_window(argc, argv);
+    }
     QApplication application(argc, argv);
     morvane::prepare_application(application);
     try {

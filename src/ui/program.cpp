@@ -16,9 +16,13 @@ static void load_icons() {
 
 namespace morvane {
 
+void name_application() {
+    QCoreApplication::setApplicationName(QStringLiteral("morvane"));
+    QCoreApplication::setApplicationVersion(shown_text(version_number));
+}
+
 void prepare_application(QApplication& application) {
-    QApplication::setApplicationName(QStringLiteral("morvane"));
-    QApplication::setApplicationVersion(shown_text(version_number));
+    name_application();
     QGuiApplication::setDesktopFileName(QStringLiteral("morvane"));
     load_icons();
     QIcon icon;

@@ -467,5 +467,27 @@ TEST(AircraftExample, IsAssembledLineByLineAsWrittenByHand) {
     }
 }
 
+TEST_F(Assemble, IncludeLinesAreWrittenInWindows1252) {
+    fs::rename(folder.file("low_0.asm"), folder.file("t\xC3\xBC_0.asm"));
+    job.bases[WingsLow] = folder.file("t\xC3\xBC");
+    job.flexing_wings = true;
+    EXPECT_EQ(run(), path("complete.asm"));
+    EXPECT_NE(complete().find("t\xFC_0.asm\r\n"), std::string::npos);
+    EXPECT_EQ(complete().find("\xC3"), std::string::npos);
+}
+
+TEST_F(Assemble, APathThatSourceFilesCannotHoldIsRefusedAtOnce) {
+    fs::rename(folder.file("low_0.asm"), folder.file("\xD0\x96_0.asm"));
+    job.bases[WingsLow] = folder.file("\xD0\x96");
+    job.flexing_wings = true;
+    const auto before = all_files();
+    EXPECT_EQ(run(), std::nullopt);
+    ASSERT_EQ(reporter.boxes.size(), 1U);
+    EXPECT_EQ(reporter.boxes[0].text, "The path " + job.bases[WingsLow] +
+                                          " holds the character \"\xD0\x96\", which source files "
+                                          "(Windows-1252) cannot hold.");
+    EXPECT_EQ(all_files(), before);
+}
+
 } // namespace
 } // namespace morvane::test

@@ -97,5 +97,20 @@ TEST(Windows1252, EveryCharacterOfUtf8IsWellFormedAndNothingElse) {
     EXPECT_EQ(wrong, 0U);
 }
 
+TEST(SourceText, EncodesUtf8AndKeepsWhatIsNot) {
+    EXPECT_EQ(source_text("plain"), "plain");
+    EXPECT_EQ(source_text("h\xC3\xBCtte"), "h\xFCtte");
+    EXPECT_EQ(source_text("h\xFCtte"), "h\xFCtte");
+    EXPECT_EQ(source_text("\xE2\x82\xAC"), "\x80");
+    EXPECT_EQ(source_text("\xD0\x96"), std::nullopt);
+}
+
+TEST(ReadableText, DecodesOnlyWhatIsNotUtf8) {
+    EXPECT_EQ(readable_text("caf\xE9 in h\xC3\xBCtte"), "caf\xC3\xA9 in h\xC3\xBCtte");
+    EXPECT_EQ(readable_text("\xE9"), "\xC3\xA9");
+    EXPECT_EQ(readable_text("\xC3"), "\xC3\x83");
+    EXPECT_EQ(readable_text(""), "");
+}
+
 } // namespace
 } // namespace morvane

@@ -200,5 +200,63 @@ TEST(UnexpectedErrors, EndACommandWithOneMessage) {
                 HasSubstr("Disk full"));
 }
 
+TEST_F(CommandLine, AnEmptyOutputIsAUsageError) {
+    take("airport");
+    folder.write("list.toml", "object = []\n");
+    const auto before = files_below(folder.path());
+    for (const std::string command : {"process airport airport.toml", "library create list.toml"}) {
+        const ProgramRun refused = run("morvane-cli " + command + " --output ''");
+        EXPECT_EQ(refused.status, 2) << command;
+        EXPECT_THAT(refused.errors, HasSubstr("--output: an empty name")) << command;
+    }
+    EXPECT_TRUE(files_below(folder.path()) == before);
+}
+
+TEST_F(CommandLine, ABaseWithAnEndingIsAUsageErrorAsAnOutput) {
+    take("airport");
+    const auto before = files_below(folder.path());
+    const ProgramRun refused = run("morvane-cli process airport airport.toml --output x.asm");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_THAT(refused.errors, HasSubstr("--output: x.asm ends in .asm"));
+    EXPECT_TRUE(files_below(folder.path()) == before);
+}
+
+TEST_F(CommandLine, ALibraryNeverOverwritesItsListOrADesign) {
+    take("library");
+    folder.write("list.toml", "[[object]]\ndesign = \"hangar\"\nguid = \"1,2,3,4\"\n");
+    const auto before = files_below(folder.path());
+    for (const std::string output : {"list.toml", "./list.toml", "hangar.asm", "hangar_0.asm"}) {
+        const ProgramRun refused = run("morvane-cli library create list.toml --output " + output);
+        EXPECT_EQ(refused.status, 2) << output;
+        EXPECT_THAT(refused.errors, HasSubstr("would overwrite ")) << output;
+    }
+    EXPECT_EQ(run("ln list.toml link.toml; morvane-cli library create list.toml --output link.toml")
+                  .status,
+              2);
+    EXPECT_EQ(folder.read("list.toml"), before.at("list.toml"));
+    EXPECT_EQ(folder.read("hangar_0.asm"), before.at("hangar_0.asm"));
+}
+
+TEST_F(CommandLine, AnEmptyLibraryHasNoObjects) {
+    folder.write("list.toml", "object = []\n");
+    const ProgramRun done = run("morvane-cli library create list.toml --output lib.asm");
+    EXPECT_EQ(done.status, 0) << done.errors;
+    EXPECT_THAT(folder.read("lib.asm"),
+                AllOf(HasSubstr("LIBRARY_DATA label word\r\n    dd  0,6,8\r\n    dd  (offset "
+                                "LIBRARY_DATA)\r\n    dd 0,0,0,0\r\n"),
+                      HasSubstr("    dd  00h\r\n    dd  00h\r\n    dd  00h\r\n    dd  00h\r\n")));
+}
+
+TEST_F(CommandLine, AShadowWithoutItsFlagIsNoted) {
+    take("aircraft-flex");
+    const ProgramRun done =
+        run("morvane-cli assemble --complete complete --flexing-wings --fuselage fuselage "
+            "--wings-high wings_high --wings-low wings_low --shadow shadow");
+    EXPECT_EQ(done.status, 0);
+    EXPECT_THAT(done.errors, HasSubstr("Note: --shadow is given without --shadow-optimization"));
+    EXPECT_THAT(run("morvane-cli assemble --complete complete --shadow shadow").errors,
+                HasSubstr("Note: --shadow is given without --shadow-optimization"));
+}
+
 } // namespace
 } // namespace morvane::test

@@ -101,6 +101,15 @@ TEST_F(Terminal, ProgressIsShownAndTakenAwayAgain) {
     EXPECT_THAT(behind, HasSubstr("\r\x1b[K")) << "the line is emptied before the report";
 }
 
+TEST_F(Terminal, GetsNothingButUtf8) {
+    folder_.write("bglc", "#!/bin/sh\nprintf 'caf\\351 caf\\303\\251\\n'\n");
+    std::filesystem::permissions(folder_.file("bglc"), std::filesystem::perms(0755));
+    EXPECT_THAT(run_at_terminal(folder_.path(), "morvane-cli compile ./plane", "").output,
+                HasSubstr("caf\xC3\xA9 caf\xC3\xA9\r\n"));
+    EXPECT_THAT(run_commands(folder_.path(), "morvane-cli compile ./plane").output,
+                HasSubstr("caf\xE9 caf\xC3\xA9\n"));
+}
+
 TEST_F(Terminal, ProgressIsShownToNobodyElse) {
     folder_.write("scenery/a.bgl", "");
     const ProgramRun run = run_commands(folder_.path(), "morvane-cli bgl search scenery");

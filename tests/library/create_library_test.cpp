@@ -176,5 +176,33 @@ TEST_F(CreateLibrary, AFailingDiskLeavesTheOldFile) {
     EXPECT_GT(calls, 3U);
 }
 
+TEST_F(CreateLibrary, NeverOverwritesAFileOfADesign) {
+    const std::string base = design("hangar");
+    ASSERT_TRUE(add_library_object(services, list, fields(base)));
+    for (const std::string name : {"hangar.asm", "hangar_0.asm", "./hangar_0.asm"}) {
+        const std::string before = folder.read(name);
+        EXPECT_FALSE(create_library(services, list, folder.file(name)));
+        EXPECT_THAT(box().text, testing::HasSubstr("is a file of a design"));
+        EXPECT_EQ(folder.read(name), before);
+    }
+}
+
+TEST_F(CreateLibrary, WritesTheNameOfADesignInWindows1252) {
+    const std::string base = design("h\xC3\xBCtte");
+    ASSERT_TRUE(add_library_object(services, list, fields(base)));
+    ASSERT_TRUE(create_library(services, list, folder.file("lib.asm")));
+    EXPECT_THAT(folder.read("lib.asm"), testing::HasSubstr("h\xFCtte_0.asm\r\n"));
+}
+
+TEST_F(CreateLibrary, RefusesADesignThatSourceFilesCannotName) {
+    const std::string base = design("\xD0\x96");
+    ASSERT_TRUE(add_library_object(services, list, fields(base)));
+    EXPECT_FALSE(create_library(services, list, folder.file("lib.asm")));
+    EXPECT_EQ(box().text, "The design " + base +
+                              " holds the character \"\xD0\x96\", which source files "
+                              "(Windows-1252) cannot hold.");
+    EXPECT_THAT(folder.names(), testing::Not(testing::Contains("lib.asm")));
+}
+
 } // namespace
 } // namespace morvane

@@ -312,5 +312,19 @@ TEST(RandomGuid, IsAnotherEachTime) {
     EXPECT_NE(random_guid(), random_guid());
 }
 
+TEST_F(LibraryListFile, AnEmptyListIsWrittenAsOne) {
+    EXPECT_TRUE(good("object = []\n").lines.empty());
+    EXPECT_THAT(read("").errors, ElementsAre(HasSubstr("there is no [[object]]")));
+    EXPECT_THAT(read("object = []\nother = 1\n").errors,
+                testing::Contains(HasSubstr("unknown key \"other\"")));
+}
+
+TEST_F(LibraryListFile, TheDesignIsWrittenAsTheWindowWritesIt) {
+    folder_.write("lists/h\xC3\xBCtte.asm", "    SCALE_AGL x,0,12,65536,0,0,0,0,0,0\r\n");
+    const LibraryList list = good("[[object]]\ndesign = \"h\xC3\xBCtte\"\nguid = \"1,2,3,4\"\n");
+    EXPECT_EQ(list.lines.at(0).base, "h\xC3\xBCtte");
+    EXPECT_EQ(list.entries.at(0).name, "h\xFCtte"); // the name's bytes in the library
+}
+
 } // namespace
 } // namespace morvane

@@ -152,7 +152,7 @@ TEST_F(ReplaceFiles, TemporaryThatIsBeingWrittenIsLeftAlone) {
     other->write("of the other");
     const RuntimeError error = thrown_by([&] { replace("a", "new"); });
     EXPECT_EQ(error.number(), 70);
-    EXPECT_EQ(error.about(), folder.file("a.morvane-tmp") + " is being written by another program");
+    EXPECT_EQ(error.about(), folder.file("a") + " is being written by another program");
     EXPECT_EQ(folder.read("a"), "old");
     other->close();
     EXPECT_EQ(folder.read("a.morvane-tmp"), "of the other");
@@ -189,6 +189,16 @@ TEST_F(ReplaceFiles, SameFileTwiceIsAnErrorAndNothingIsLost) {
               70);
     EXPECT_EQ(folder.read("a"), "old");
     EXPECT_THAT(folder.names(), ElementsAre("a", "b"));
+}
+
+TEST_F(ReplaceFiles, ErrorsNameTheFileOfTheUser) {
+    const auto disk = make_system_disk();
+    try {
+        replace_file(*disk, folder.file("none/a.asm"), [](TextWriter& out) { out.line("x"); });
+        FAIL();
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.about(), folder.file("none/a.asm"));
+    }
 }
 
 } // namespace

@@ -96,5 +96,43 @@ TEST_F(RenameLabels, EveryFaultLeavesTheOldFileOrTheNew) {
     FAIL() << "saving made too many calls";
 }
 
+TEST_F(RenameLabels, TheSuffixIsWrittenInWindows1252) {
+    const std::string path = folder.write("a.asm", "a label BGLCODE\r\n");
+    EXPECT_EQ(rename_labels(services, path, "\xC3\xBC"), Outcome::Done);
+    EXPECT_EQ(folder.read("a.asm"), "a\xFC label BGLCODE\r\n\r\n");
+}
+
+TEST_F(RenameLabels, RefusesASuffixThatSourceFilesCannotHold) {
+    const std::string path = folder.write("a.asm", "a label BGLCODE\r\n");
+    EXPECT_EQ(rename_labels(services, path, "\xD0\x96"), Outcome::Failed);
+    EXPECT_EQ(reporter.boxes,
+              (Boxes{{"The suffix \xD0\x96 holds the character \"\xD0\x96\", which source files "
+                      "(Windows-1252) cannot hold.",
+                      Icon::Critical}}));
+    EXPECT_EQ(folder.read("a.asm"), "a label BGLCODE\r\n");
+}
+
+TEST_F(RenameLabels, NotesAnEmptySuffix) {
+    const std::string path = folder.write("a.asm", "a label BGLCODE\r\n");
+    rename_labels(services, path, "");
+    ASSERT_EQ(reporter.notes.size(), 1U);
+    EXPECT_EQ(place_and_text(reporter.notes[0]),
+              path + ": the suffix is empty, so that no label changes.");
+}
+
+TEST_F(RenameLabels, NotesASuffixThatMakesNoNames) {
+    const std::string path = folder.write("a.asm", "a label BGLCODE\r\n");
+    for (const std::string suffix : {"-2", " 2", "\xC3\xBC", "a.b"}) {
+        rename_labels(services, path, suffix);
+        ASSERT_EQ(reporter.notes.size(), 1U) << suffix;
+        EXPECT_NE(reporter.notes[0].text.find("are not names"), std::string::npos);
+        reporter.clear_messages();
+    }
+    for (const std::string suffix : {"G2", "_x", "2", "@", "$?"}) {
+        rename_labels(services, path, suffix);
+        EXPECT_TRUE(reporter.notes.empty()) << suffix;
+    }
+}
+
 } // namespace
 } // namespace morvane::test

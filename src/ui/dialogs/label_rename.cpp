@@ -58,7 +58,7 @@ void LabelRename::browse() {
 void LabelRename::rename() {
     const Hourglass hourglass;
     rename_labels({desk_.disk, reporter_}, path_bytes(ui_->file.text()),
-                  code_bytes(ui_->suffix.text()));
+                  path_bytes(ui_->suffix.text()));
 }
 
 } // namespace morvane
