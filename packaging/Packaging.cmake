@@ -16,10 +16,14 @@ else()
 endif()
 
 install(TARGETS morvane-cli RUNTIME DESTINATION ${program_folder})
-install(FILES share/morvane.inc DESTINATION ${data_folder})
+install(FILES share/morvane.inc share/model.inc DESTINATION ${data_folder})
 install(DIRECTORY examples/ DESTINATION ${example_folder} PATTERN "*.py" EXCLUDE)
-install(FILES README.md DESTINATION ${document_folder})
-install(DIRECTORY docs/ DESTINATION ${document_folder} PATTERN "*.in" EXCLUDE)
+install(FILES README.md CHANGELOG.md NOTICES.md DESTINATION ${document_folder})
+if(WIN32)
+  install(FILES LICENSE DESTINATION ${document_folder}) # Debian has it in common-licenses
+endif()
+install(DIRECTORY docs/ DESTINATION ${document_folder} PATTERN "*.in" EXCLUDE
+        PATTERN "*.1" EXCLUDE PATTERN "*.5" EXCLUDE)
 
 # The unpacking program is a Windows program everywhere; the system's programs are no company for it.
 if(TARGET bglunpack)
