@@ -20,7 +20,9 @@ Json translation_json(const OpenSet& set, std::size_t row) {
             {"highlight", material.highlight},
             {"color", material.color},
             {"processed", material.processed},
-            {"triangles", count_triangles(set.model, material.block)}};
+            {"triangles", count_triangles(set.model, material.block)},
+            {"highlight_name", highlight_color_name(material.highlight)},
+            {"rewritten", is_rewritten(set.model, material.block)}};
 }
 
 void print_inspect_json(Cli& cli, const OpenSet& set) {
@@ -50,7 +52,8 @@ void print_material(const OpenSet& set, std::size_t row) {
               << material.number << ' ' << std::setw(8) << highlight_color_name(material.highlight)
               << std::right << "color " << material.color << "  lines "
               << material.block.selecting_line << " to " << material.block.block_end
-              << "  triangles " << count_triangles(set.model, material.block) << '\n';
+              << "  triangles " << count_triangles(set.model, material.block)
+              << (is_rewritten(set.model, material.block) ? "  rewritten" : "") << '\n';
 }
 
 int run_inspect(Cli& cli, const std::string& base) {

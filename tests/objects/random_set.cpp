@@ -96,16 +96,40 @@ void RandomSet::add_block(std::size_t material, std::size_t row) {
     const std::size_t opening = model_.size() + 1;
     const int count = pick(rewritten && chance(20) ? 0 : 1, 6);
     add("DRAW_TRI_BEGIN " + std::to_string(pick(0, 9) * 3) + ", 30");
-    for (int i = 0; i < count; ++i) {
-        const int first = pick(0, 9) * 3;
-        add("DRAW_TRI " + std::to_string(first) + ",   " + std::to_string(first + 2) + ", " +
-            std::to_string(first + 1) + " ; poly=" + std::to_string(i));
+    const int odd_at = chance(15) ? pick(0, count) : -1; // behind so many triangles
+    std::size_t last = 0;                                // the line that ends the rewrite
+    for (int i = 0; i <= count; ++i) {
+        if (i == odd_at) {
+            add_odd_line();
+            last = model_.size();
+        }
+        if (i < count) {
+            add_triangle(i);
+        }
     }
     add("DRAW_TRI_END");
     if (rewritten) {
-        blocks_[row - 1] = {opening, model_.size()};
-        triangles_[row - 1] = static_cast<std::size_t>(count);
+        blocks_[row - 1] = {opening, odd_at < 0 ? model_.size() : last};
+        triangles_[row - 1] = static_cast<std::size_t>(odd_at < 0 ? count : odd_at);
     }
+    if (chance(10)) { // a second block under the same selection
+        add("DRAW_TRI_BEGIN 0, 30");
+        add_triangle(count);
+        add("DRAW_TRI_END");
+    }
+}
+
+void RandomSet::add_triangle(int number) {
+    const int first = pick(0, 9) * 3;
+    add("DRAW_TRI " + std::to_string(first) + ",   " + std::to_string(first + 2) + ", " +
+        std::to_string(first + 1) + " ; poly=" + std::to_string(number));
+}
+
+// What no exporter writes inside a block, but authors do.
+void RandomSet::add_odd_line() {
+    static const std::array<const char*, 5> odd{"; a comment", "", "DRAW_TRI_BEGIN 0, 30",
+                                                "BGL_END", "LOD_50 label BGLCODE"};
+    add(odd.at(static_cast<std::size_t>(pick(0, 4))));
 }
 
 void RandomSet::add_frame() {

@@ -8,7 +8,7 @@
 namespace morvane::test {
 
 /// A random source set in the shapes of real exports: marked and plain materials, blocks in any
-/// order, materials drawn more than once, odd lines in between.
+/// order, materials drawn more than once, odd lines between the blocks and inside them.
 class RandomSet {
   public:
     /// The same seed gives the same set.
@@ -37,6 +37,8 @@ class RandomSet {
     void add_vertices();
     void add_draw_code();
     void add_block(std::size_t material, std::size_t row);
+    void add_triangle(int number);
+    void add_odd_line();
     void add_frame();
     void add(const std::string& text);
     std::string number();

@@ -1,6 +1,7 @@
 // Nothing is ever lost: from what Save wrote, the loaded file can be had back by taking the
 // generated lines out and the comment marks off, and nothing else has changed.
 
+#include "objects/block_checks.h"
 #include "objects/process.h"
 #include "objects/random_set.h"
 #include "objects/save.h"
@@ -71,6 +72,18 @@ class Roundtrip {
         EXPECT_EQ(at, saved_.count());
     }
 
+    // Opened again, the set shows exactly the rows that were processed as rewritten.
+    void expect_rewritten_rows() {
+        OpenSet again;
+        open_source_set(services_, again, base_); // may refuse it, but reads it first
+        ASSERT_EQ(again.translations.size(), random_.marked());
+        for (std::size_t row = 1; row <= random_.marked(); ++row) {
+            EXPECT_EQ(check_block(again, again.translation(row)).state == BlockState::Rewritten,
+                      !set_.translation(row).processed.empty())
+                << "row " << row;
+        }
+    }
+
   private:
     std::vector<std::string> lines_of(const char* name) const {
         std::vector<std::string> lines;
@@ -119,6 +132,7 @@ TEST(Roundtrip, SavedFileHoldsEveryLineOfTheLoadedOne) {
         Roundtrip roundtrip(seed);
         ASSERT_NO_FATAL_FAILURE(roundtrip.process_and_save());
         ASSERT_NO_FATAL_FAILURE(roundtrip.expect_loaded_file_back());
+        ASSERT_NO_FATAL_FAILURE(roundtrip.expect_rewritten_rows());
     }
 }
 

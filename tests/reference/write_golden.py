@@ -140,7 +140,8 @@ def inspected(opened):
             "translations": [
                 {"row": n, "number": row[0], "list_line": row[1], "selecting_line": row[2],
                  "block_end": row[3], "highlight": row[4], "color": row[5], "processed": row[6],
-                 "triangles": count_triangles(opened.model, row[2])}
+                 "triangles": count_triangles(opened.model, row[2]),
+                 "highlight_name": WORDS[row[4]], "rewritten": False}
                 for n, row in enumerate(opened.trans) if row],
             "placement": {"a": place.a, "b": place.b, "b_degrees": place.degrees,
                           "line": place.line, "rotation": float(place.rotation)},
