@@ -23,6 +23,45 @@ std::string Cli::default_effect() {
     return names.empty() ? std::string() : names.front();
 }
 
+namespace {
+
+// A problem with a document goes on with an excerpt of it.
+std::string first_line(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
+Json failure_problem_json(const Note& problem) {
+    return {{"code", "document"},
+            {"severity", "error"},
+            {"text", json_path(first_line(problem.text))},
+            {"path", json_path(problem.path)},
+            {"line", problem.line},
+            {"row", nullptr}};
+}
+
+std::string failure_text(const Cli& cli) {
+    if (!cli.error.empty()) {
+        return cli.error;
+    }
+    if (!cli.problems.empty()) {
+        return first_line(place_and_text(cli.problems.front()));
+    }
+    const std::string& refusal = cli.reporter.last_refusal();
+    return refusal.empty() ? "The command failed." : refusal;
+}
+
+} // namespace
+
+Json failure_document(const Cli& cli, int status) {
+    Json problems = Json::array();
+    for (const Note& problem : cli.problems) {
+        problems.push_back(failure_problem_json(problem));
+    }
+    return {{"error",
+             {{"status", status}, {"text", json_path(failure_text(cli))}, {"problems", problems}}},
+            {"messages", json_texts(cli.reporter.messages())}};
+}
+
 void on_call(CLI::App& command, Cli& cli, std::function<int()> run) {
     command.callback([&cli, run = std::move(run)] {
         cli.status = run();

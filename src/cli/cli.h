@@ -57,6 +57,9 @@ int report_wrong(Cli& cli, const std::vector<std::string>& errors,
 /// The same for the command line.
 int report_usage(Cli& cli, const std::string& problem);
 
+/// The document of a command that failed, or of one of its sets: what ended it, and the log.
+Json failure_document(const Cli& cli, int status);
+
 /// Prints the one document of a command that runs with --json.
 void print_json(Cli& cli, const Json& document);
 

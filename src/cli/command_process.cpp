@@ -22,11 +22,11 @@ struct ProcessArguments {
     std::string recipe{}; // empty: each base takes its own
 };
 
-// A second word that is not a base but a file is the recipe, whatever its name ends in.
+// Of two words the second is the recipe, whatever its name ends in, unless it is a base.
 bool is_recipe(Disk& disk, const std::vector<std::string>& words, std::size_t i) {
     return has_ending(words[i], ".toml") ||
            (words.size() == 2 && i == 1 && !has_ending(words[0], ".toml") &&
-            disk.is_file(words[i]) && !disk.is_file(model_file_name(words[i])));
+            !disk.is_file(model_file_name(words[i])));
 }
 
 // Tells bases and recipe apart. Returns what is wrong; empty when nothing is.
@@ -81,21 +81,15 @@ struct Counts {
 
 SetResult process_guarded(Cli& cli, const ProcessArguments& arguments, const std::string& base) {
     cli.reporter.clear_messages();
+    cli.problems.clear();
+    cli.error.clear();
     try {
         return process_base(cli, arguments, base);
     } catch (const RuntimeError& error) {
-        cli.reporter.message_box(error.what(), Icon::None);
+        cli.error = error.what();
+        cli.reporter.message_box(cli.error, Icon::None);
         return {failed, false, nullptr};
     }
-}
-
-Json error_document(const Cli& cli, const std::string& base, int status) {
-    return {{"base", json_path(base)},
-            {"error",
-             {{"status", status},
-              {"text", "The set was not processed; standard error says why."},
-              {"problems", Json::array()}}},
-            {"messages", json_texts(cli.reporter.messages())}};
 }
 
 int process_several(Cli& cli, const ProcessArguments& arguments) {
@@ -109,7 +103,7 @@ int process_several(Cli& cli, const ProcessArguments& arguments) {
         worst = std::max(worst, result.status);
         ++(result.status == done ? counts.done : result.refused ? counts.refused : counts.failed);
         sets.push_back(result.status == done ? result.document
-                                             : error_document(cli, base, result.status));
+                                             : failure_document(cli, result.status));
     }
     if (cli.json) {
         print_json(cli, {{"sets", sets}});

@@ -199,7 +199,6 @@ SetResult apply_and_save(SetRun& run) {
     if (const std::string unfit = unfit_materials(run); !unfit.empty() && !run.options.force) {
         return stop(run, refusal(), unfit + "Nothing was changed. --force skips this check.");
     }
-    const std::size_t notes_of_open = reporter.notes().size();
     const bool trace = run.options.trace && !run.options.dry_run;
     run.applied = apply_recipe(run.cli.services(), run.set, run.recipe, run.plan,
                                trace ? std::optional<std::string>("") : std::nullopt);
@@ -210,9 +209,8 @@ SetResult apply_and_save(SetRun& run) {
     place_frame(run);
     note_problems(reporter, find_set_assembly_problems(*run.cli.disk, run.set, run.output()),
                   run.recipe.allow);
-    const bool serious = std::any_of(
-        reporter.notes().begin() + static_cast<std::ptrdiff_t>(notes_of_open),
-        reporter.notes().end(), [&](const Note& note) { return is_serious(run, note); });
+    const bool serious = std::any_of(reporter.notes().begin(), reporter.notes().end(),
+                                     [&](const Note& note) { return is_serious(run, note); });
     if (run.options.strict && serious) {
         return stop(run, refusal(), "The result has problems, so nothing was saved (--strict).");
     }

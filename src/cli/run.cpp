@@ -172,43 +172,6 @@ int report_failure(Cli& cli, const std::string& text) {
     return failed;
 }
 
-// A problem with a document goes on with an excerpt of it.
-std::string first_line(const std::string& text) {
-    return text.substr(0, text.find('\n'));
-}
-
-Json failure_problem_json(const Note& problem) {
-    return {{"code", "document"},
-            {"severity", "error"},
-            {"text", json_path(first_line(problem.text))},
-            {"path", json_path(problem.path)},
-            {"line", problem.line},
-            {"row", nullptr}};
-}
-
-std::string failure_text(const Cli& cli) {
-    if (!cli.error.empty()) {
-        return cli.error;
-    }
-    if (!cli.problems.empty()) {
-        return first_line(place_and_text(cli.problems.front()));
-    }
-    const std::string& refusal = cli.reporter.last_refusal();
-    return refusal.empty() ? "The command failed." : refusal;
-}
-
-void print_failure(Cli& cli, int status) {
-    Json problems = Json::array();
-    for (const Note& problem : cli.problems) {
-        problems.push_back(failure_problem_json(problem));
-    }
-    print_json(
-        cli,
-        {{"error",
-          {{"status", status}, {"text", json_path(failure_text(cli))}, {"problems", problems}}},
-         {"messages", json_texts(cli.reporter.messages())}});
-}
-
 } // namespace
 
 int run(const std::vector<std::string>& arguments) {
@@ -220,7 +183,7 @@ int run(const std::vector<std::string>& arguments) {
             cli.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
             const int status = run_guarded([&] { return run_command(cli, arguments); }, report);
             if (cli.json && status != done && !cli.document_printed) {
-                print_failure(cli, status);
+                print_json(cli, failure_document(cli, status));
             }
             std::cout.flush();
             if (!std::cout && status == done) {

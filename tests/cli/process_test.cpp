@@ -148,6 +148,9 @@ TEST_F(ProcessCommand, WithJsonSeveralSetsAreOneDocument) {
     const std::string document = run("--json set other set.toml").output;
     EXPECT_THAT(document, ::testing::StartsWith("{\n  \"sets\": [\n"));
     EXPECT_THAT(document, Not(HasSubstr("2 sets:")));
+    const std::string refused = run("--json set other set.toml").output;
+    EXPECT_THAT(refused, HasSubstr("\"error\": {\n        \"status\": 1,"));
+    EXPECT_THAT(refused, HasSubstr("is already rewritten"));
 }
 
 TEST_F(ProcessCommand, OutputsThatAreNoBasePathAreRefused) {
