@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,7 +9,7 @@
 
 namespace morvane {
 
-/// What parts the words of a line for the label rules.
+/// What separates the words of a line for the label rules.
 inline bool is_label_delimiter(char c) {
     return c == ' ' || c == ',' || c == ';';
 }
@@ -31,8 +30,8 @@ void for_each_label_word(std::string_view line, Use use) {
 
 /// Finds the few labels that a line can use at all.
 ///
-/// A label that stands between delimiters (the only place where it is renamed) has each of its own
-/// words as a whole word of the line. So each label is filed under its longest word, and a line can
+/// A label between delimiters (the only place where it is renamed) has each of its own words as a
+/// whole word of the line. So each label is filed under its longest word, and a line can
 /// use only labels that are filed under one of its words. A label of nothing but delimiters can be
 /// in any line.
 class LabelWords {
@@ -45,13 +44,8 @@ class LabelWords {
     void candidates(std::string_view line, std::vector<std::uint32_t>& numbers) const;
 
   private:
-    bool may_be_known(std::string_view word) const;
-    void add_labels_of(std::string_view word, std::vector<std::uint32_t>& numbers) const;
-
     std::unordered_map<std::string_view, std::vector<std::uint32_t>> by_word_;
     std::vector<std::uint32_t> wordless_;
-    std::vector<std::uint64_t> sieve_;
-    std::array<bool, 256> begins_{}; // the first bytes of known words
 };
 
 } // namespace morvane
