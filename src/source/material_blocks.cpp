@@ -4,8 +4,6 @@
 #include "source/materials.h"
 
 #include <algorithm>
-#include <functional>
-#include <future>
 #include <unordered_map>
 
 namespace morvane {
@@ -20,15 +18,6 @@ struct Search {
     bool drawing = false; // its DRAW_TRI line has been seen
 };
 
-std::size_t find_overfull_line(const LineStore& model) {
-    for (std::size_t i = 1; i < model.upper(); ++i) {
-        if (has_too_many_operands(model.line(i))) {
-            return i;
-        }
-    }
-    return not_found;
-}
-
 class BlockFinder {
   public:
     BlockFinder(const LineStore& model, const std::vector<std::size_t>& numbers)
@@ -39,16 +28,13 @@ class BlockFinder {
     }
 
     std::vector<MaterialBlock> run() {
-        // Of a large model another thread does the half of the work that needs no order.
-        constexpr std::size_t worth_a_thread = 20'000; // lines
-        const auto how = model_.count() < worth_a_thread
-                             ? std::launch::deferred
-                             : std::launch::async | std::launch::deferred;
-        auto overfull = std::async(how, find_overfull_line, std::cref(model_));
         for (std::size_t i = 1; i < model_.upper(); ++i) {
-            look_at(i, model_.line(i));
+            const std::string_view line = model_.line(i);
+            if (overfull_line_ == not_found && has_too_many_operands(line)) {
+                overfull_line_ = i;
+            }
+            look_at(i, line);
         }
-        overfull_line_ = overfull.get();
         std::vector<MaterialBlock> blocks;
         for (Search& search : searches_) {
             require_reached(search.block.selecting_line);
@@ -62,8 +48,7 @@ class BlockFinder {
     }
 
   private:
-    // Lines that can matter are told from all others by their first letter, which is what makes
-    // the pass fast.
+    // Fast rejection: most lines differ from those that matter in their first letter.
     void look_at(std::size_t index, std::string_view line) {
         std::size_t start = 0;
         while (start < line.size() && (line[start] == ' ' || line[start] == '\x07')) {
