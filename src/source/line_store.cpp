@@ -2,29 +2,36 @@
 
 #include "base/errors.h"
 #include "base/text.h"
-#include "source/line_ends.h"
 #include "system/disk.h"
 
 #include <algorithm>
-#include <new>
+#include <cstring>
+#include <functional>
 
 namespace morvane {
 
 namespace {
 
-// How many lines a file of `size` bytes may well have, by its beginning. Never so many that the
-// places take more than half the file's size, for a beginning may mislead. What is reserved and not
-// touched costs nothing.
+// An estimate of the lines of a file by its beginning, at most as many as take half of the file's
+// size, for a beginning may mislead. Memory that is reserved and not touched costs nothing.
 std::size_t estimated_lines(std::string_view beginning, std::size_t size) {
     const std::string_view sample = beginning.substr(0, 65536);
     const auto ends = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
     const std::size_t samples = sample.empty() ? 0 : size / sample.size() + 1;
-    return std::min(2 * (ends + 1) * samples, size / 16 + sample.size()) + 2;
+    const std::size_t most = size / (2 * sizeof(std::string_view)) + sample.size();
+    return std::min(2 * (ends + 1) * samples, most) + 2;
+}
+
+// The first `c` of the characters, or their end.
+const char* find(const char* begin, const char* end, char c) {
+    const void* const found =
+        begin == end ? nullptr : std::memchr(begin, c, static_cast<std::size_t>(end - begin));
+    return found == nullptr ? end : static_cast<const char*>(found);
 }
 
 } // namespace
 
-LineStore::LineStore() : lines_{empty_place, empty_place} {}
+LineStore::LineStore() : lines_(2) {}
 
 LineStore::LineStore(FileBytes bytes) {
     lines_.reserve(estimated_lines(bytes.view(), bytes.size));
@@ -39,7 +46,7 @@ LineStore LineStore::read(ReadableFile& file, std::size_t stretch) {
     const std::size_t first = ahead.next();
     LineStore store;
     store.lines_.reserve(estimated_lines({bytes.data.get(), first}, bytes.size));
-    file.prepare_for(store.lines_.data(), store.lines_.capacity() * sizeof(Place));
+    file.prepare_for(store.lines_.data(), store.lines_.capacity() * sizeof(std::string_view));
     bytes.size = store.split(bytes.data.get(), first, [&] { return ahead.next(); });
     store.bytes_ = std::make_shared<const FileBytes>(std::move(bytes));
     return store;
@@ -49,62 +56,63 @@ LineStore::LineStore(const std::vector<std::string>& lines) : LineStore() {
     insert_lines(1, lines);
 }
 
-LineStore::LineStore(const LineStore& other) = default;
-LineStore& LineStore::operator=(const LineStore& other) = default;
+void LineStore::add_lines(const char* begin, const char* end, bool at_feed) {
+    for (const char* stop = find(begin, end, '\r'); stop != end; stop = find(begin, end, '\r')) {
+        lines_.emplace_back(begin, static_cast<std::size_t>(stop - begin));
+        begin = stop + 1;
+        if (at_feed && begin == end) {
+            return; // CR LF
+        }
+        only_crlf_ = false;
+    }
+    if (at_feed || begin != end) {
+        lines_.emplace_back(begin, static_cast<std::size_t>(end - begin));
+    }
+    only_crlf_ = only_crlf_ && !at_feed;
+}
 
 std::size_t LineStore::split(const char* bytes, std::size_t first, const ReadMore& read_more) {
-    LineEnds ends(bytes);
-    ends.extend(first);
-    lines_.assign(1, empty_place);
+    lines_.assign(1, {});
     const char* line = bytes;
+    const char* looked_at = bytes; // no LF from `line` up to here
+    const char* edge = bytes + first;
     for (;;) {
-        const char* const stop = ends.next();
-        if (stop == ends.edge()) {
-            const std::size_t more = read_more();
-            if (more == 0) {
-                break;
-            }
-            ends.extend(more);
+        const char* const feed = find(looked_at, edge, '\n');
+        if (feed != edge) {
+            add_lines(line, feed, true);
+            line = looked_at = feed + 1;
             continue;
         }
-        if (*stop == '\r' && stop + 1 == ends.edge()) { // its LF may be the next to come
-            ends.extend(read_more());
+        looked_at = edge;
+        const std::size_t more = read_more();
+        if (more == 0) {
+            break;
         }
-        const bool both = *stop == '\r' && stop + 1 != ends.edge() && stop[1] == '\n';
-        lines_.push_back(file_place(bytes, line, stop));
-        only_crlf_ = only_crlf_ && both;
-        line = both ? ends.next() + 1 : stop + 1;
+        edge += more;
     }
-    if (line != ends.edge()) {
-        lines_.push_back(file_place(bytes, line, ends.edge()));
-    }
-    lines_.push_back(empty_place);
-    return static_cast<std::size_t>(ends.edge() - bytes);
+    add_lines(line, edge, false);
+    lines_.emplace_back();
+    return static_cast<std::size_t>(edge - bytes);
 }
 
-LineStore::Place LineStore::file_place(const char* bytes, const char* begin, const char* end) {
-    const auto offset = static_cast<std::size_t>(begin - bytes);
-    const auto length = static_cast<std::size_t>(end - begin);
-    if (length > length_mask || offset > max_offset) {
-        return keep_aside({begin, end});
+std::string_view LineStore::keep(std::string_view text) {
+    if (text.empty()) {
+        return {};
     }
-    return (static_cast<Place>(offset) << length_bits) | length;
+    char* const kept = static_cast<char*>(texts_->allocate(text.size(), 1));
+    text.copy(kept, text.size());
+    return {kept, text.size()};
 }
 
-LineStore::Place LineStore::keep_aside(std::string_view text) {
-    return text.empty() ? empty_place : aside_flag | aside_.add(text);
+bool LineStore::is_in_file(std::string_view line) const {
+    const std::string_view bytes = loaded_bytes();
+    // Pointers into different objects have an order only by std::less.
+    return line.data() != nullptr && !std::less<>()(line.data(), bytes.data()) &&
+           std::less<>()(line.data(), bytes.data() + bytes.size());
 }
 
 void LineStore::refuse_index(std::size_t index) {
     throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "line " + to_text(index));
-}
-
-std::size_t LineStore::offset_of(Place place) {
-    return static_cast<std::size_t>(place >> length_bits);
-}
-
-std::size_t LineStore::end_of(Place place) {
-    return offset_of(place) + static_cast<std::size_t>(place & length_mask);
 }
 
 std::string LineStore::element0() const {
@@ -114,26 +122,26 @@ std::string LineStore::element0() const {
 LineStore::Run LineStore::unchanged_run(std::size_t first, std::size_t last) const {
     require_index(first);
     require_index(last);
-    const std::string_view bytes = bytes_ && only_crlf_ ? bytes_->view() : std::string_view();
-    const auto has_end = [&](Place place) {
-        return place != empty_place && (place & aside_flag) == 0 &&
-               end_of(place) + 2 <= bytes.size();
+    const std::string_view bytes = loaded_bytes();
+    const auto is_written_as_read = [&](std::string_view line) {
+        return is_in_file(line) && line.data() + line.size() + 2 <= bytes.data() + bytes.size();
     };
-    if (!has_end(lines_[first])) {
+    if (!only_crlf_ || !is_written_as_read(lines_[first])) {
         return {};
     }
+    const char* const begin = lines_[first].data();
+    const char* end = begin;
     std::size_t i = first;
-    while (i < last && has_end(lines_[i + 1]) &&
-           offset_of(lines_[i + 1]) == end_of(lines_[i]) + 2) {
+    do {
+        end = lines_[i].data() + lines_[i].size() + 2;
         ++i;
-    }
-    const std::size_t begin = offset_of(lines_[first]);
-    return {bytes.substr(begin, end_of(lines_[i]) + 2 - begin), i + 1 - first};
+    } while (i <= last && lines_[i].data() == end && is_written_as_read(lines_[i]));
+    return {{begin, static_cast<std::size_t>(end - begin)}, i - first};
 }
 
 void LineStore::set_line(std::size_t index, std::string_view text) {
     require_index(index);
-    lines_[index] = keep_aside(text);
+    lines_[index] = keep(text);
 }
 
 void LineStore::comment_out(std::size_t index) {
@@ -142,13 +150,12 @@ void LineStore::comment_out(std::size_t index) {
 
 void LineStore::insert_lines(std::size_t before, const std::vector<std::string>& texts) {
     require_index(before);
-    std::vector<Place> places;
-    places.reserve(texts.size());
+    std::vector<std::string_view> kept;
+    kept.reserve(texts.size());
     for (const std::string& text : texts) {
-        places.push_back(keep_aside(text));
+        kept.push_back(keep(text));
     }
-    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(before), places.begin(),
-                  places.end());
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(before), kept.begin(), kept.end());
 }
 
 void LineStore::erase_lines(std::size_t first, std::size_t last) {
@@ -181,7 +188,7 @@ void LineStore::exchange(KeptLines& kept) {
 }
 
 void LineStore::append_line(std::string_view text) {
-    lines_.insert(lines_.end() - 1, keep_aside(text));
+    lines_.insert(lines_.end() - 1, keep(text));
 }
 
 } // namespace morvane

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "source/read_ahead.h"
-#include "source/text_arena.h"
 #include "system/file_bytes.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,11 +18,11 @@ class TextWriter;
 
 /// A text file held as numbered lines.
 ///
-/// Lines are counted from 1; element 0 is the decimal text of the number of lines + 1, and behind
-/// the last line stands one spare element, empty after loading, that is written with the others.
-/// The file's bytes are kept once and unchanged lines are views on them; changed and added lines
-/// lie beside. A view that `line` gave stays valid as long as the store lives, also when the line
-/// is changed later.
+/// Lines are counted from 1; element 0 is the decimal text of the number of lines + 1, and after
+/// the last line there is one spare element, empty after loading, that is written with the others.
+/// The file's bytes are kept once and unchanged lines are views of them; changed and added lines
+/// are kept beside. A view that `line` returned stays valid as long as the store or a copy of it
+/// lives, also when the line is changed later.
 class LineStore {
   public:
     /// A store without lines: element 0 is "1", element 1 the spare.
@@ -36,17 +35,11 @@ class LineStore {
     /// RuntimeError.
     static LineStore read(ReadableFile& file, std::size_t stretch = ReadAhead::usual_stretch);
 
-    LineStore(const LineStore& other);
-    LineStore& operator=(const LineStore& other);
-    LineStore(LineStore&&) noexcept = default;
-    LineStore& operator=(LineStore&&) noexcept = default;
-    ~LineStore() = default;
-
     /// Element 0 as a number: the index of the spare element.
     std::size_t upper() const { return lines_.size() - 1; }
     /// Number of lines, the spare element not counted.
     std::size_t count() const { return upper() - 1; }
-    /// Element 0 as it stands: decimal text.
+    /// Element 0: decimal text.
     std::string element0() const;
     /// The bytes that the store was made of; empty when it was made of lines.
     std::string_view loaded_bytes() const { return bytes_ ? bytes_->view() : std::string_view(); }
@@ -54,21 +47,15 @@ class LineStore {
     /// Line `index`, 1 .. upper(). Throws SubscriptOutOfRange elsewhere.
     std::string_view line(std::size_t index) const {
         require_index(index);
-        const Place place = lines_[index];
-        if ((place & aside_flag) != 0) {
-            return aside_[place & ~aside_flag];
-        }
-        const std::size_t length = place & length_mask;
-        return length == 0 ? std::string_view()
-                           : std::string_view(bytes_->data.get() + (place >> length_bits), length);
+        return lines_[index];
     }
-    /// Lines of the store that lie one behind the other in the file.
+    /// Lines of the store that follow each other in the file.
     struct Run {
         std::string_view bytes; // with the line ends
         std::size_t count = 0;  // of lines
     };
-    /// The lines from `first` on, `last` at most, that lie in the file just as they are written;
-    /// none when line `first` does not, and none in a file that has other ends than CR LF.
+    /// The lines from `first` on, `last` at most, that the file holds just as they are written;
+    /// none when line `first` was changed, and none in a file that has other ends than CR LF.
     Run unchanged_run(std::size_t first, std::size_t last) const;
     void set_line(std::size_t index, std::string_view text);
     /// Puts "; " in front of the line, which is otherwise left as it is.
@@ -89,37 +76,28 @@ class LineStore {
     void exchange(KeptLines& kept);
 
   private:
-    // Where a line lies: a stretch of the file's bytes, or a text kept aside. Packed into 64 bits,
-    // because a set of a million lines has a million of them: the highest bit says "aside" with the
-    // name of the text below it; otherwise 40 bits of offset stand above 23 bits of length.
-    // Longer lines are kept aside.
-    using Place = std::uint64_t;
-    static constexpr unsigned length_bits = 23;
-    static constexpr Place length_mask = (Place{1} << length_bits) - 1;
-    static constexpr Place aside_flag = Place{1} << 63;
-    static constexpr Place max_offset = (Place{1} << 40) - 1;
-    static constexpr Place empty_place = 0;
-
-    // Gives how many more bytes have come in; 0 at the end, also when asked again.
+    // Returns how many more bytes have come in; 0 at the end, also when asked again.
     using ReadMore = std::function<std::size_t()>;
 
-    // Begins with the `first` bytes; gives how many there were in the end.
+    // Begins with the `first` bytes; returns how many there were in the end.
     std::size_t split(const char* bytes, std::size_t first, const ReadMore& read_more);
-    Place file_place(const char* bytes, const char* begin, const char* end);
-    Place keep_aside(std::string_view text);
+    // Adds the lines up to `end`, where there is a LF (`at_feed`) or the file ends.
+    void add_lines(const char* begin, const char* end, bool at_feed);
+    std::string_view keep(std::string_view text);
+    bool is_in_file(std::string_view line) const;
     void require_index(std::size_t index) const {
         if (index < 1 || index > upper()) {
             refuse_index(index);
         }
     }
     [[noreturn]] static void refuse_index(std::size_t index);
-    static std::size_t offset_of(Place place); // meaningless for a text kept aside
-    static std::size_t end_of(Place place);
 
     std::shared_ptr<const FileBytes> bytes_;
-    bool only_crlf_ = true;    // no line of the file ends otherwise
-    std::vector<Place> lines_; // [0] stands for element 0 and is not used, the last is the spare
-    TextArena aside_;
+    bool only_crlf_ = true;               // no line of the file ends otherwise
+    std::vector<std::string_view> lines_; // [0] is not used, the last is the spare
+    // Changed and added lines; grows only, and a copy of the store goes on with the same.
+    std::shared_ptr<std::pmr::monotonic_buffer_resource> texts_ =
+        std::make_shared<std::pmr::monotonic_buffer_resource>();
 };
 
 /// Lines of a store as they were at some time. Their texts stay in the store.

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace morvane {
 namespace {
@@ -64,6 +65,40 @@ TEST(LineStoreRead, IsTheSameAsSplittingTheWholeFile) {
         MemoryFile file(bytes);
         expect_same_lines(LineStore::read(file), split_whole(bytes));
         expect_same_lines(LineStore::read(file, 20'000 + random() % 100), split_whole(bytes));
+    }
+}
+
+/// One character after the other.
+std::vector<std::string> split_plainly(const std::string& bytes) {
+    std::vector<std::string> lines;
+    std::string line;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] != '\r' && bytes[i] != '\n') {
+            line += bytes[i];
+            continue;
+        }
+        i += bytes.compare(i, 2, "\r\n") == 0 ? 1 : 0;
+        lines.push_back(line);
+        line.clear();
+    }
+    if (!line.empty()) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+TEST(LineStoreRead, EndsAreCrLfLfAndLoneCr) {
+    std::mt19937 random(20023);
+    for (int i = 0; i < 500; ++i) {
+        const char* letters = all_letters.at(random() % all_letters.size());
+        const std::string bytes = random_text(random, random() % 60, letters);
+        const std::vector<std::string> expected = split_plainly(bytes);
+        const LineStore store = split_whole(bytes);
+        ASSERT_EQ(store.count(), expected.size());
+        for (std::size_t line = 1; line <= store.count(); ++line) {
+            ASSERT_EQ(store.line(line), expected[line - 1]);
+        }
+        EXPECT_EQ(store.line(store.upper()), "");
     }
 }
 
