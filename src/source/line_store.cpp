@@ -174,7 +174,7 @@ LineStore::KeptLines LineStore::keep_lines(std::size_t first, std::size_t count)
         require_index(first + count - 1);
         const auto begin = lines_.begin() + static_cast<std::ptrdiff_t>(first);
         kept.first_ = first;
-        kept.places_.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
+        kept.lines_.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
     }
     return kept;
 }
@@ -182,7 +182,7 @@ LineStore::KeptLines LineStore::keep_lines(std::size_t first, std::size_t count)
 void LineStore::exchange(KeptLines& kept) {
     if (kept.count() > 0) {
         require_index(kept.first_ + kept.count() - 1);
-        std::swap_ranges(kept.places_.begin(), kept.places_.end(),
+        std::swap_ranges(kept.lines_.begin(), kept.lines_.end(),
                          lines_.begin() + static_cast<std::ptrdiff_t>(kept.first_));
     }
 }

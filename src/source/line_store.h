@@ -104,14 +104,14 @@ class LineStore {
 class LineStore::KeptLines {
   public:
     KeptLines() = default;
-    std::size_t count() const { return places_.size(); }
+    std::size_t count() const { return lines_.size(); }
     /// Memory that is held beside the store.
-    std::size_t bytes() const { return places_.capacity() * sizeof(Place); }
+    std::size_t bytes() const { return lines_.capacity() * sizeof(std::string_view); }
 
   private:
     friend class LineStore;
     std::size_t first_ = 0;
-    std::vector<Place> places_;
+    std::vector<std::string_view> lines_;
 };
 
 } // namespace morvane
