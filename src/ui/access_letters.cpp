@@ -7,6 +7,7 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <map>
 #include <vector>
 
 namespace morvane {
@@ -19,19 +20,19 @@ QKeySequence alt(QChar letter) {
     return QKeySequence(QStringLiteral("Alt+") + letter.toUpper());
 }
 
-// The first letters of words are looked at before all others.
-QChar free_letter(const QString& caption, const QString& taken) {
-    const auto is_free = [&](QChar letter) {
-        return letter.isLetter() && letter.unicode() < 128 &&
-               !taken.contains(letter, Qt::CaseInsensitive);
-    };
+// The letters of a caption that are free: first those that begin a word.
+QString free_letters(const QString& caption, const QString& taken) {
+    QString first;
+    QString others;
     for (qsizetype i = 0; i < caption.size(); ++i) {
-        if ((i == 0 || caption[i - 1] == QLatin1Char(' ')) && is_free(caption[i])) {
-            return caption[i];
+        const QChar letter = caption[i];
+        if (letter.isLetter() && letter.unicode() < 128 &&
+            !taken.contains(letter, Qt::CaseInsensitive)) {
+            const bool begins_word = i == 0 || caption[i - 1] == QLatin1Char(' ');
+            (begins_word ? first : others).append(letter);
         }
     }
-    const auto* found = std::find_if(caption.begin(), caption.end(), is_free);
-    return found == caption.end() ? QChar() : *found;
+    return first + others;
 }
 
 QString caption_of(const QWidget& widget) {
@@ -50,6 +51,7 @@ void connect_letter(QWidget& form, QWidget& widget, QChar letter) {
         return;
     }
     QWidget* field = static_cast<QLabel&>(widget).buddy();
+    widget.setMinimumWidth(widget.sizeHint().width() + 2); // the underlined text is a trace wider
     auto* shortcut = new QShortcut(alt(letter), &form);
     QObject::connect(shortcut, &QShortcut::activated, field,
                      [field] { field->setFocus(Qt::ShortcutFocusReason); });
@@ -73,18 +75,56 @@ std::vector<QWidget*> by_need(const QWidget& form) {
     return widgets;
 }
 
+// Gives each widget a letter of its own. One that finds all of its letters taken lets another
+// widget take a different one, if that leaves nobody without.
+class LetterChoice {
+  public:
+    struct Chosen {
+        QWidget* widget = nullptr;
+        QChar letter;
+    };
+
+    void add(QWidget& widget, const QString& letters) {
+        candidates_[&widget] = letters;
+        QString tried;
+        find_letter(widget, tried);
+    }
+    const std::map<QChar, Chosen>& chosen() const { return chosen_; }
+
+  private:
+    bool find_letter(QWidget& widget, QString& tried) {
+        for (const QChar letter : candidates_[&widget]) {
+            const QChar key = letter.toUpper();
+            if (tried.contains(key)) {
+                continue;
+            }
+            tried.append(key);
+            QWidget* holder = chosen_[key].widget;
+            if (holder == nullptr || find_letter(*holder, tried)) {
+                chosen_[key] = {&widget, letter};
+                return true;
+            }
+        }
+        return false;
+    }
+
+    std::map<QWidget*, QString> candidates_;
+    std::map<QChar, Chosen> chosen_;
+};
+
 } // namespace
 
 void give_access_letters(QWidget& form, const QString& taken) {
-    QString used = taken;
+    LetterChoice choice;
     for (QWidget* widget : by_need(form)) {
-        const QChar letter = free_letter(caption_of(*widget), used);
-        if (letter.isNull()) {
-            continue;
+        choice.add(*widget, free_letters(caption_of(*widget), taken));
+    }
+    for (const auto& [key, letter] : choice.chosen()) {
+        if (letter.widget == nullptr) {
+            continue; // looked at, but nobody's
         }
-        used.append(letter);
-        widget->setProperty(letter_property, QString(letter));
-        connect_letter(form, *widget, letter);
+        letter.widget->setProperty(letter_property, QString(letter.letter));
+        connect_letter(form, *letter.widget, letter.letter);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "system/program_places.h"
 #include "ui/form_activation.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ struct Desk {
     ResultsViewer* viewer = nullptr; // null: the window's own is used
     // Where helper programs are looked for.
     std::vector<std::string> helpers = helper_folders(executable_folder());
+    std::vector<std::string> guide_folders{}; // where the user guide may be
+    /// Shows a document to the user, with whatever program the platform has for it.
+    std::function<void(const std::string& path)> open_document = [](const std::string&) {};
 };
 
 } // namespace morvane

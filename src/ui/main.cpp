@@ -13,11 +13,15 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDesktopServices>
 #include <QDir>
+#include <QUrl>
 
 #include <algorithm>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -29,19 +33,26 @@ struct CommandLine {
 
 CommandLine read_command_line(const QCoreApplication& application) {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QApplication::tr("The window of Morvane."));
+    parser.setApplicationDescription(QCoreApplication::tr("The window of Morvane."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption folder(QStringLiteral("program-folder"),
-                                    QApplication::tr("Where settings and reports lie."),
+                                    QCoreApplication::tr("Where settings and reports lie."),
                                     QStringLiteral("DIR"));
     parser.addOption(folder);
     parser.addPositionalArgument(
         QStringLiteral("PATH"),
-        QApplication::tr("A source set to open: its base path, one of its files, or its recipe."),
+        QCoreApplication::tr(
+            "A source set to open: its base path, one of its files, or its recipe."),
         QStringLiteral("[PATH]"));
     parser.process(application);
     return {morvane::path_bytes(parser.value(folder)), parser.positionalArguments().value(0)};
+}
+
+// Where packages put the documents: beside the program on Windows, in share/doc elsewhere.
+std::vector<std::string> guide_folders() {
+    const std::string own = morvane::executable_folder();
+    return {own + "/docs", own + "/../share/doc/morvane", own + "/../share/doc/morvane/docs"};
 }
 
 int run(const QApplication& application) {
@@ -55,6 +66,10 @@ int run(const QApplication& application) {
     morvane::Desk desk{*disk, dialogs, *programs, log,
                        morvane::resolve_program_folder(*disk, places)};
     desk.viewer = viewer.get();
+    desk.guide_folders = guide_folders();
+    desk.open_document = [](const std::string& path) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(morvane::shown_text(path)));
+    };
     morvane::MainWindow window(desk);
     window.show();
     if (!line.path.isEmpty()) {

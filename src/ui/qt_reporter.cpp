@@ -19,9 +19,14 @@ constexpr qsizetype max_explaining_notes = 5;
 QtReporter::QtReporter(MessageLog& log, Dialogs& dialogs, QWidget* parent, Progress progress)
     : log_(log), dialogs_(dialogs), parent_(parent), progress_(std::move(progress)) {}
 
-void QtReporter::begin_command() {
+bool QtReporter::begin_command() {
+    if (running_) {
+        return false;
+    }
+    running_ = true;
     notes_.clear();
     unwanted_.clear();
+    return true;
 }
 
 void QtReporter::add_message(std::string_view text) {
@@ -73,7 +78,7 @@ bool QtReporter::progress(std::string_view what, std::size_t done, std::size_t t
 }
 
 void run_command(QtReporter& reporter, const std::function<void()>& command) {
-    reporter.begin_command();
+    const bool outermost = reporter.begin_command();
     try {
         command();
     } catch (const RuntimeError& error) {
@@ -85,6 +90,9 @@ void run_command(QtReporter& reporter, const std::function<void()>& command) {
                              Icon::Critical);
     } catch (...) {
         reporter.message_box("The command has failed for an unknown reason.", Icon::Critical);
+    }
+    if (outermost) {
+        reporter.end_command();
     }
 }
 

@@ -22,8 +22,11 @@ class QtReporter final : public Reporter {
     /// Boxes appear over `parent`.
     QtReporter(MessageLog& log, Dialogs& dialogs, QWidget* parent, Progress progress = {});
 
-    /// Forgets the notes of the command before: a box is explained by its own command's only.
-    void begin_command();
+    /// Forgets the notes of the command before: a box is explained by its own command's only. False
+    /// for a command that is a part of another.
+    bool begin_command();
+    void end_command() { running_ = false; }
+    bool is_running() const { return running_; }
 
     void add_message(std::string_view text) override;
     void note(const Note& note) override;
@@ -43,6 +46,7 @@ class QtReporter final : public Reporter {
     Dialogs& dialogs_;
     QWidget* parent_;
     Progress progress_;
+    bool running_ = false;
     QStringList notes_;    // of this command, since its last box
     QStringList unwanted_; // boxes that are not to be shown again in this command
 };

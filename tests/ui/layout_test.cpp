@@ -150,6 +150,8 @@ void LayoutTest::pictureStandsBetweenStepsAndPanels() {
     rig.form->show();
     rig.form->resize(1280, 720);
     QTest::qWait(30);
+    trigger(*rig.form, "actionResetLayout");
+    QTest::qWait(30);
     QVERIFY(picture->isVisible());
     const QRect steps = control<QDockWidget>(*rig.form, "stepsDock").geometry();
     const QRect middle = rig.form->centralWidget()->geometry();

@@ -44,6 +44,7 @@ void take_dialog(Rig& rig, const Album& album, const QString& kind, const QStrin
 }
 
 void take_main_window(Rig& rig, const Album& album) {
+    rig.form->resize(1180, 760);
     rig.copy_example("airport");
     rig.open(QStringLiteral("airport/airport"));
     rig.select(1);
@@ -53,14 +54,14 @@ void take_main_window(Rig& rig, const Album& album) {
     click(*rig.form, "Command1");
     rig.select(3);
     choose(*rig.form, "typeOfObj", QStringLiteral("Lights"));
-    album.take(*rig.form, QStringLiteral("form1"));
+    album.take(*rig.form, QStringLiteral("main-window"));
 }
 
 void take_dialogs(Rig& rig, const Album& album) {
-    take_dialog(rig, album, QStringLiteral("Lights"), QStringLiteral("frm_lights"));
-    take_dialog(rig, album, QStringLiteral("Effects"), QStringLiteral("frm_effects"));
-    take_dialog(rig, album, QStringLiteral("Windsock"), QStringLiteral("frm_windsock"));
-    take_dialog(rig, album, QStringLiteral("Library"), QStringLiteral("frm_library"));
+    take_dialog(rig, album, QStringLiteral("Lights"), QStringLiteral("lights"));
+    take_dialog(rig, album, QStringLiteral("Effects"), QStringLiteral("effects"));
+    take_dialog(rig, album, QStringLiteral("Windsock"), QStringLiteral("windsock"));
+    take_dialog(rig, album, QStringLiteral("Library"), QStringLiteral("library-placer"));
 }
 
 QString write_library(const Rig& rig) {
@@ -92,12 +93,13 @@ void take_browser(Rig& rig, const Album& album) {
     folders.setRootIndex(folders.currentIndex().parent());
     control<QLineEdit>(browser, "inpFilename")
         .setText(QStringLiteral("scenery/airport_objects.bgl"));
-    album.take(browser, QStringLiteral("lib_view"));
+    control<QLineEdit>(browser, "folderPath").setText(QStringLiteral("scenery"));
+    album.take(browser, QStringLiteral("library-browser"));
     auto& tabs = control<QTabWidget>(browser, "tabs");
     tabs.setCurrentIndex(1);
     auto& table = control<QTableView>(browser, "objectTable");
     table.setCurrentIndex(table.model()->index(2, 0));
-    album.take(browser, QStringLiteral("lib_view_objects"));
+    album.take(browser, QStringLiteral("library-browser-objects"));
 }
 
 void take_model(Rig& rig, const Album& album) {
@@ -107,7 +109,7 @@ void take_model(Rig& rig, const Album& album) {
     click(*rig.form, "Command6");
     QWidget& model = rig.window("frmModel");
     click(model, "chkWings");
-    album.take(model, QStringLiteral("frm_model"));
+    album.take(model, QStringLiteral("model-modifier"));
 }
 
 void take_compiler(Rig& rig, const Album& album) {
@@ -127,7 +129,7 @@ void take_compiler(Rig& rig, const Album& album) {
     }
     control<QListWidget>(compiler, "libFileList").setCurrentRow(1);
     type(compiler, "libOutFile", QStringLiteral("library/library.asm"));
-    album.take(compiler, QStringLiteral("frm_lib_comp"));
+    album.take(compiler, QStringLiteral("library-compiler"));
 }
 
 void take_tools(Rig& rig, const Album& album) {
@@ -137,7 +139,7 @@ void take_tools(Rig& rig, const Album& album) {
     click(*rig.form, "Command9");
     QTest::qWait(50);
     type(rig.window("frmLabelRename"), "lblAdition", QStringLiteral("G2"));
-    album.take(rig.window("frmLabelRename"), QStringLiteral("frm_label_rename"));
+    album.take(rig.window("frmLabelRename"), QStringLiteral("label-rename"));
 }
 
 void take_all(const QString& folder, const QString& suffix) {

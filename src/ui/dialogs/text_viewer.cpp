@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -68,6 +69,14 @@ void TextViewer::follow(const std::string& path, std::unique_ptr<RunningProgram>
     status_->setText(tr("The compiler is running."));
     timer_->start();
     look();
+}
+
+void TextViewer::go_to(std::size_t line) {
+    const QTextBlock block = text_->document()->findBlockByNumber(static_cast<int>(line) - 1);
+    QTextCursor cursor(block);
+    cursor.select(QTextCursor::LineUnderCursor);
+    text_->setTextCursor(cursor);
+    text_->centerCursor();
 }
 
 void TextViewer::read_again() {

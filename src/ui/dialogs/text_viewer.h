@@ -3,6 +3,7 @@
 #include "system/results_viewer.h"
 #include "ui/dialogs/tool_form.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -23,6 +24,9 @@ class TextViewer : public ToolForm, public ResultsViewer {
     void show_file(const std::string& path) override;
     /// Shows the file again and again until the program that writes it has ended.
     void follow(const std::string& path, std::unique_ptr<RunningProgram> program) override;
+
+    /// Moves to a line, from 1, of the file that is shown.
+    void go_to(std::size_t line);
 
   private:
     void read_again();

@@ -4,36 +4,41 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "base/version.h"
-#include "ui/appearance.h"
+#include "ui/access_letters.h"
 #include "ui/main_window/controls.h"
-#include "ui/models/message_log.h"
 #include "ui/qt_text.h"
+#include "ui/widgets/file_drop.h"
 #include "upkeep/settings.h"
 
-#include <QActionGroup>
 #include <QCloseEvent>
-
-#include <array>
-#include <utility>
 
 namespace morvane {
 
 MainWindow::MainWindow(Desk& desk, QWidget* parent)
-    : QMainWindow(parent), desk_(desk), ui_(std::make_unique<Controls>(this)),
-      reporter_(desk.log, desk.dialogs, this), state_(desk.program_folder, *this),
+    : QMainWindow(parent), desk_(desk), ui_(std::make_unique<Controls>(this)), progress_(*this),
+      reporter_(desk.log, desk.dialogs, this,
+                [this](std::string_view what, std::size_t done, std::size_t total) {
+                    return progress_.show(what, done, total);
+                }),
+      state_(desk.program_folder, *this), document_(services(), desk.program_folder),
       tools_(desk, state_), compiler_(desk.log) {
     prepare_controls();
+    prepare_materials();
     prepare_docks();
+    prepare_history();
     connect_changes();
+    connect_document();
     connect_buttons();
     connect_menus();
+    accept_drops();
     load_settings();
     state_.restore(*this);
     show_recent();
     show_selection();
+    show_history();
     show_status();
     update_par_line();
-    connect(ui_->menuRecent, &QMenu::aboutToShow, this, &MainWindow::show_recent);
+    give_access_letters(*this, QStringLiteral("FEMCTVH")); // the menus have those
 }
 
 MainWindow::~MainWindow() = default;
@@ -48,7 +53,6 @@ void MainWindow::prepare_controls() {
     for (const Kind item : all_kinds) {
         ui_->kind.addItem(code_text(kind_text(item)));
     }
-    ui_->materials.setModel(&materials_);
     ui_->messages.show_log(desk_.log);
     QSizePolicy keeps_place = ui_->processed_mark.sizePolicy();
     keeps_place.setRetainSizeWhenHidden(true);
@@ -57,7 +61,11 @@ void MainWindow::prepare_controls() {
 
 // Every command of the window runs by way of this: nothing that it throws gets past it.
 void MainWindow::run(const std::function<void()>& command) {
+    const bool outermost = !reporter_.is_running();
     run_command(reporter_, command);
+    if (outermost) {
+        progress_.finish();
+    }
     show_status();
     update_title();
 }
@@ -66,68 +74,45 @@ void MainWindow::connect_changes() {
     connect(&ui_->input_base, &QLineEdit::textChanged, &ui_->output_base, &QLineEdit::setText);
     connect(&ui_->input_base, &QLineEdit::textChanged, this, &MainWindow::show_status);
     connect(&ui_->input_base, &QLineEdit::returnPressed, this, [this] { run([this] { open(); }); });
-    connect(&ui_->kind, &QComboBox::currentIndexChanged, this, &MainWindow::update_par_line);
-    connect(ui_->materials.selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &MainWindow::show_selection);
-    connect(&ui_->materials, &QTreeView::activated, this, &MainWindow::show_parameters);
+    connect(&ui_->kind, &QComboBox::currentIndexChanged, this, [this] {
+        update_par_line();
+        Q_EMIT kind_changed();
+    });
 }
 
-void MainWindow::connect_buttons() {
-    const auto on_click = [this](QPushButton* button, void (MainWindow::*command)()) {
-        connect(button, &QPushButton::clicked, this,
-                [this, command] { run([this, command] { (this->*command)(); }); });
+void MainWindow::connect_document() {
+    connect(&document_, &DocumentModel::opened, this, &MainWindow::show_opened_set);
+    connect(&document_, &DocumentModel::row_changed, this, &MainWindow::show_row);
+    connect(&document_, &DocumentModel::parameters_changed, this, &MainWindow::update_par_line);
+    connect(&document_, &DocumentModel::history_changed, this, &MainWindow::show_history);
+    connect(&document_, &DocumentModel::saved, this, [this] { ui_->save_step.set_done(true); });
+}
+
+void MainWindow::accept_drops() {
+    const auto base_or_path = [](const QString& path) {
+        return path.endsWith(QLatin1String(".toml"), Qt::CaseInsensitive) ? QString()
+                                                                          : base_of_file(path);
     };
-    on_click(&ui_->browse, &MainWindow::browse);
-    on_click(&ui_->open, &MainWindow::open);
-    on_click(&ui_->parameters, &MainWindow::show_parameters);
-    on_click(&ui_->process, &MainWindow::process);
-    on_click(&ui_->save, &MainWindow::save);
-    on_click(&ui_->backup, &MainWindow::backup);
-    on_click(&ui_->restore, &MainWindow::restore_backup);
-    on_click(&ui_->compile, &MainWindow::compile);
-}
-
-void MainWindow::connect_menus() {
-    const auto on_choice = [this](QAction* action, void (MainWindow::*command)()) {
-        connect(action, &QAction::triggered, this,
-                [this, command] { run([this, command] { (this->*command)(); }); });
+    accept_dropped_file(ui_->input_base, base_or_path);
+    accept_dropped_file(ui_->output_base, base_or_path);
+    const auto is_recipe = [](const QString& path) {
+        return path.endsWith(QLatin1String(".toml"), Qt::CaseInsensitive);
     };
-    on_choice(ui_->actionBrowse, &MainWindow::browse);
-    on_choice(ui_->actionOpen, &MainWindow::open);
-    on_choice(ui_->actionSave, &MainWindow::save);
-    on_choice(ui_->actionCompile, &MainWindow::compile);
-    on_choice(ui_->actionBackup, &MainWindow::backup);
-    on_choice(ui_->actionRestore, &MainWindow::restore_backup);
-    on_choice(ui_->actionNext, &MainWindow::select_next_unprocessed);
-    on_choice(ui_->actionParameters, &MainWindow::show_parameters);
-    on_choice(ui_->actionProcess, &MainWindow::process);
-    on_choice(ui_->actionApplyRecipe, &MainWindow::choose_recipe);
-    on_choice(ui_->actionSaveRecipe, &MainWindow::save_recipe_file);
-    on_choice(ui_->actionAbout, &MainWindow::show_about);
-    connect(ui_->actionExit, &QAction::triggered, this, &QWidget::close);
-    on_choice(ui_->actionCopyAllMessages, &MainWindow::copy_messages);
-    connect_colors();
-    connect_tools();
-}
-
-void MainWindow::connect_colors() {
-    auto* group = new QActionGroup(this);
-    const std::array<std::pair<QAction*, Appearance>, 3> choices{
-        {{ui_->actionColorsSystem, Appearance::System},
-         {ui_->actionColorsLight, Appearance::Light},
-         {ui_->actionColorsDark, Appearance::Dark}}};
-    const Appearance chosen = appearance_from_name(state_.value(QStringLiteral("colors")));
-    if (chosen != Appearance::System) {
-        apply_appearance(chosen);
-    }
-    for (const auto& [action, appearance] : choices) {
-        group->addAction(action);
-        action->setChecked(appearance == chosen);
-        connect(action, &QAction::triggered, this, [this, wanted = appearance] {
-            state_.set_value(QStringLiteral("colors"), appearance_name(wanted));
-            apply_appearance(wanted);
+    new FileDrop(
+        *this,
+        [is_recipe](const QStringList& paths) {
+            return paths.size() == 1 &&
+                   (is_recipe(paths.front()) || !base_of_file(paths.front()).isEmpty());
+        },
+        [this, is_recipe](const QStringList& paths) {
+            run([&] {
+                if (is_recipe(paths.front()) && set().opened) {
+                    apply_recipe_file(paths.front());
+                } else {
+                    open_file(paths.front());
+                }
+            });
         });
-    }
 }
 
 void MainWindow::load_settings() {
@@ -136,7 +121,9 @@ void MainWindow::load_settings() {
     ui_->output_base.setText(shown_text(paths.output));
     effects_ = read_effect_names(services(), desk_.program_folder);
     if (!effects_.empty()) {
-        parameters_.effects.lstEffectType = effects_.front();
+        Parameters defaults;
+        defaults.effects.lstEffectType = effects_.front();
+        document_.document().set_default_parameters(defaults);
     }
 }
 
@@ -163,16 +150,16 @@ QString MainWindow::output_folder() const {
 }
 
 void MainWindow::update_par_line() {
-    if (const auto line = parameter_line(kind(), parameters_)) {
+    if (const auto line = parameter_line(kind(), document_.document().parameters())) {
         ui_->parameter_line.setText(code_text(*line));
         ui_->parameter_line.setCursorPosition(0);
     }
 }
 
 void MainWindow::update_title() {
-    const QString name = shown_text(file_name_part(set_.base));
-    const QString mark = has_unsaved_work() ? QStringLiteral(" *") : QString();
-    setWindowTitle(set_.opened ? tr("Morvane - %1").arg(name) + mark : tr("Morvane"));
+    const QString name = shown_text(file_name_part(set().base));
+    const QString mark = document_.has_unsaved_work() ? QStringLiteral(" *") : QString();
+    setWindowTitle(set().opened ? tr("Morvane - %1").arg(name) + mark : tr("Morvane"));
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -2,14 +2,14 @@
 
 #include "objects/parameters.h"
 #include "recipe/apply_recipe.h"
-#include "recipe/record_recipe.h"
-#include "source/open_set.h"
 #include "system/services.h"
 #include "ui/desk.h"
 #include "ui/main_window/compiler_watch.h"
 #include "ui/main_window/tool_windows.h"
+#include "ui/models/document_model.h"
 #include "ui/models/material_model.h"
 #include "ui/qt_reporter.h"
+#include "ui/widgets/command_progress.h"
 #include "ui/window_state.h"
 
 #include <QMainWindow>
@@ -17,17 +17,18 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 class QDialog;
 class QDockWidget;
+class QListWidget;
 
 namespace morvane {
 
-class LibraryDialog;
-
 /// The main window: the steps from Open to Save, the message log, and the way to the other tools.
+/// It is a view of the document and starts its commands.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -41,20 +42,32 @@ class MainWindow : public QMainWindow {
     /// applied.
     void open_file(const QString& path);
 
+    DocumentModel& document() { return document_; }
+    /// Kind of object that is chosen for the next Process.
+    Kind kind() const;
+    /// Rows of the translation table that are selected, from 1, ascending.
+    std::vector<std::size_t> selected_rows() const;
+    void select_row(std::size_t row);
+
     /// Puts a view into the middle, between the steps on the left and the panels, which go below
-    /// it. The window takes it. To be called before panels are added.
+    /// it. The window takes it. To be called before the window is shown.
     void set_picture(QWidget& picture);
     /// Adds a panel as a tab beside the messages, with its entry in the View menu. The window takes
     /// `content`. Panels must be added before the window is shown; `name` is what the kept layout
     /// knows the panel by.
     QDockWidget& add_panel(QWidget& content, const QString& name, const QString& title);
 
+  Q_SIGNALS:
+    /// Other materials are selected, or none.
+    void selection_changed();
+    /// Another kind of object is chosen.
+    void kind_changed();
+
   protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     struct Controls;
@@ -64,18 +77,26 @@ class MainWindow : public QMainWindow {
     // main_window.cpp
     void run(const std::function<void()>& command);
     void prepare_controls();
-    void connect_buttons();
-    void connect_menus();
     void connect_changes();
-    void connect_colors();
+    void connect_document();
+    void accept_drops();
     void load_settings();
     void write_settings();
     void update_par_line();
     void update_title();
     Services services() { return {desk_.disk, reporter_}; }
-    Kind kind() const;
+    const OpenSet& set() const { return document_.set(); }
     std::string output_base() const;
     QString output_folder() const;
+
+    // main_window_menus.cpp
+    void connect_buttons();
+    void connect_menus();
+    void connect_colors();
+    void connect_tools();
+    void show_about();
+    void show_guide();
+    void show_keys();
 
     // main_window_layout.cpp
     void prepare_docks();
@@ -91,14 +112,26 @@ class MainWindow : public QMainWindow {
     void open() { open_set(); }
     bool open_set();
     void show_opened_set();
-    void show_selection();
     void save();
     bool may_replace_files();
     bool may_leave_set();
-    bool has_unsaved_work() const;
     void show_status();
     void show_recent();
-    /// Row of the translation table that is selected, from 1; 0 when none is.
+
+    // main_window_materials.cpp
+    void prepare_materials();
+    void fit_columns();
+    void show_selection();
+    void note_block(std::size_t row);
+    void show_row(std::size_t row);
+    void show_made(std::size_t row);
+    void show_counters();
+    void select_next_unprocessed();
+    void select_like(MaterialModel::Column column);
+    void show_material_menu(const QPoint& place);
+    void copy_rows();
+    void show_source();
+    /// The first row that is selected; 0 when none is.
     std::size_t selected_row() const;
 
     // main_window_process.cpp
@@ -106,40 +139,49 @@ class MainWindow : public QMainWindow {
     void show_dialog(QDialog* dialog);
     void show_library_dialog();
     void process();
-    void count_work(std::size_t row);
-    void show_processed(std::size_t row);
-    void show_counters();
-    void select_next_unprocessed();
+    void process_rows(const std::vector<std::size_t>& rows);
+    bool may_process(std::size_t row);
+    void note_late_work();
+
+    // main_window_history.cpp
+    void prepare_history();
+    void show_history();
+    void undo();
+    void redo();
 
     // main_window_recipes.cpp
     void choose_recipe();
     void apply_recipe_file(const QString& path);
-    void carry_out(const Recipe& recipe, const RecipePlan& plan);
     void save_recipe_file();
     void show_errors(const std::vector<std::string>& errors);
 
     // main_window_tools.cpp
-    void connect_tools();
     void backup();
     void restore_backup();
+    void show_restored();
     void compile();
     bool may_compile();
     void show_search_results();
     void copy_messages();
-    void show_about();
 
     Desk& desk_;
     std::unique_ptr<Controls> ui_;
+    CommandProgress progress_;
     QtReporter reporter_;
     WindowState state_;
+    DocumentModel document_;
     MaterialModel materials_;
-    OpenSet set_;
-    Parameters parameters_;
+    MaterialFilter shown_materials_;
+    Parameters edited_;                // what the open dialog edits
     std::vector<std::string> effects_; // the names offered, from "fx_list.txt"
-    std::vector<MadeMaterial> made_;   // what was processed since Open, in its order
-    std::size_t unsaved_work_ = 0;     // materials processed since Open or Save
+    std::set<std::size_t> noted_rows_; // whose blocks were noted since Open
+    bool parameters_set_ = false;      // light parameters, since Open
+    bool columns_kept_ = false;        // the user has given the list's columns their widths
+    bool fitting_columns_ = false;
+    bool late_work_noted_ = false; // work after Save, since Open
     ToolWindows tools_;
     CompilerWatch compiler_;
+    QListWidget* history_ = nullptr;
     QByteArray first_layout_; // of the docks, as it is before anybody has moved one
 };
 

@@ -5,6 +5,7 @@
 #include "ui/qt_text.h"
 
 #include <QDockWidget>
+#include <QHeaderView>
 #include <QScrollBar>
 
 namespace morvane {
@@ -30,7 +31,6 @@ void MainWindow::prepare_docks() {
     add_view_action(*ui_->messagesDock);
     statusBar()->addWidget(&ui_->status, 1);
     statusBar()->addPermanentWidget(&ui_->version);
-    connect(ui_->actionResetLayout, &QAction::triggered, this, &MainWindow::reset_layout);
 }
 
 void MainWindow::add_view_action(QDockWidget& dock) {
@@ -39,9 +39,22 @@ void MainWindow::add_view_action(QDockWidget& dock) {
 
 void MainWindow::set_picture(QWidget& picture) {
     centralWidget()->layout()->addWidget(&picture);
+    centralWidget()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     centralWidget()->show();
     ui_->stepsScroll->setMaximumWidth(QWIDGETSIZE_MAX);
-    addDockWidget(Qt::BottomDockWidgetArea, ui_->messagesDock);
+    QList<QDockWidget*> panels = findChildren<QDockWidget*>();
+    panels.removeOne(ui_->stepsDock);
+    for (QDockWidget* panel : panels) {
+        removeDockWidget(panel); // all of them first: a group of tabs would keep its room
+    }
+    for (QDockWidget* panel : panels) {
+        addDockWidget(Qt::BottomDockWidgetArea, panel);
+        if (panel != ui_->messagesDock) {
+            tabifyDockWidget(ui_->messagesDock, panel);
+        }
+        panel->show();
+    }
+    ui_->messagesDock->raise();
 }
 
 QDockWidget& MainWindow::add_panel(QWidget& content, const QString& name, const QString& title) {
@@ -90,6 +103,9 @@ QString MainWindow::layout_key() const {
 void MainWindow::keep_layout() {
     state_.keep(*this);
     state_.set_bytes(layout_key(), saveState(layout_version));
+    if (columns_kept_) {
+        state_.keep(*ui_->materials.header(), QStringLiteral("Form1/lstMat2proc"));
+    }
 }
 
 void MainWindow::reset_layout() {

@@ -1,6 +1,8 @@
-// The main window's commands on one material: its parameters, and Process.
+// The main window's commands on materials: their parameters, and Process.
 
-#include "objects/process.h"
+#include "base/text.h"
+#include "objects/block_checks.h"
+#include "source/materials.h"
 #include "ui/dialogs/effects_dialog.h"
 #include "ui/dialogs/library_dialog.h"
 #include "ui/dialogs/lights_dialog.h"
@@ -14,18 +16,22 @@
 namespace morvane {
 
 void MainWindow::show_parameters() {
+    edited_ = document_.document().parameters();
     switch (kind()) {
     case Kind::Lights: {
-        auto* dialog = new LightsDialog(parameters_.lights, this);
-        connect(dialog, &QDialog::accepted, this, [this] { ui_->define_step.set_done(true); });
+        auto* dialog = new LightsDialog(edited_.lights, this);
+        connect(dialog, &QDialog::accepted, this, [this] {
+            parameters_set_ = true;
+            ui_->define_step.set_done(true);
+        });
         show_dialog(dialog);
         break;
     }
     case Kind::Effects:
-        show_dialog(new EffectsDialog(parameters_.effects, effects_, desk_.dialogs, this));
+        show_dialog(new EffectsDialog(edited_.effects, effects_, desk_.dialogs, this));
         break;
     case Kind::Windsock:
-        show_dialog(new WindsockDialog(parameters_.windsock, desk_.dialogs, this));
+        show_dialog(new WindsockDialog(edited_.windsock, desk_.dialogs, this));
         break;
     case Kind::Library:
     case Kind::LibraryNew:
@@ -37,17 +43,23 @@ void MainWindow::show_parameters() {
 // The dialog is modal to this window only, so that the library browser can be used beside it.
 void MainWindow::show_dialog(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, &MainWindow::update_par_line);
+    connect(dialog, &QDialog::accepted, this, [this] {
+        run([this] {
+            document_.document().set_parameters(edited_);
+            update_par_line();
+        });
+    });
     dialog->open();
 }
 
 void MainWindow::show_library_dialog() {
-    auto* dialog = new LibraryDialog(parameters_.library, this);
+    auto* dialog = new LibraryDialog(edited_.library, this);
     connect(dialog, &LibraryDialog::library_tool_wanted, this, [this, dialog] {
         connect(&tools_.show_library_browser(), &LibraryBrowser::identifier_copied, dialog,
                 &LibraryDialog::take_identifier, Qt::UniqueConnection);
     });
-    connect(dialog, &LibraryDialog::search_results_wanted, this, &MainWindow::show_search_results);
+    connect(dialog, &LibraryDialog::search_results_wanted, this,
+            [this] { run([this] { show_search_results(); }); });
     if (LibraryBrowser* browser = tools_.library_browser()) {
         connect(browser, &LibraryBrowser::identifier_copied, dialog,
                 &LibraryDialog::take_identifier);
@@ -57,49 +69,55 @@ void MainWindow::show_library_dialog() {
 
 void MainWindow::process() {
     const Hourglass hourglass;
-    const std::size_t row = selected_row();
-    if (process_material(services(), set_, row, kind(), parameters_, desk_.program_folder)
-            .processed) {
-        made_.push_back({row, kind(), parameters_});
-        count_work(row);
+    const std::vector<std::size_t> rows = selected_rows();
+    if (rows.size() > 1) {
+        process_rows(rows);
+        return;
+    }
+    const std::size_t row = rows.empty() ? 0 : rows.front();
+    if (may_process(row)) {
+        document_.document().process(row, kind());
+        note_late_work();
     }
 }
 
-void MainWindow::count_work(std::size_t row) {
-    if (++unsaved_work_ == 1 && set_.saved) {
-        reporter_.note({"this set has been saved already, so this work cannot be saved: it is lost "
-                        "with Restore and Open, which have to come first."});
-    }
-    show_processed(row);
-}
-
-void MainWindow::show_processed(std::size_t row) {
-    materials_.show_processed(static_cast<int>(row) - 1,
-                              shown_text(set_.translation(row).processed));
-    ui_->materials.resizeColumnToContents(MaterialModel::Processed);
-    ui_->processed_mark.setVisible(row == selected_row());
-    show_counters();
-    const bool all_done = set_.unprocessed() == 0;
-    ui_->process_step.set_done(all_done);
-    if (all_done) {
-        ui_->define_step.set_done(true);
-    }
-}
-
-void MainWindow::show_counters() {
-    const bool usable = set_.opened;
-    ui_->total.setText(QString::number(usable ? set_.translations.size() : 0));
-    ui_->unprocessed.setText(QString::number(usable ? set_.unprocessed() : 0));
-}
-
-void MainWindow::select_next_unprocessed() {
-    const std::size_t count = set_.opened ? set_.translations.size() : 0;
-    for (std::size_t step = 1; step <= count; ++step) {
-        const std::size_t row = (selected_row() + step - 1) % count + 1;
-        if (set_.translation(row).processed.empty()) {
-            ui_->materials.setCurrentIndex(materials_.index(static_cast<int>(row) - 1, 0));
-            return;
+// Of several selected materials those that are processed already are no mistake.
+void MainWindow::process_rows(const std::vector<std::size_t>& rows) {
+    std::size_t done = 0;
+    for (const std::size_t row : rows) {
+        if (!set().translation(row).processed.empty()) {
+            ++done;
+            continue;
         }
+        if (!reporter_.progress("Processing", done, rows.size()) || !may_process(row) ||
+            !document_.document().process(row, kind()).processed) {
+            break;
+        }
+        ++done;
+    }
+    reporter_.note({"processed " + to_text(done) + " of the " + to_text(rows.size()) +
+                    " materials selected."});
+    note_late_work();
+}
+
+bool MainWindow::may_process(std::size_t row) {
+    if (row == 0 || !set().translation(row).processed.empty()) {
+        return true; // which is refused with its own box
+    }
+    const Translation& material = set().translation(row);
+    if (check_block(set(), material).state != BlockState::Rewritten) {
+        return true;
+    }
+    return reporter_.ask("The block of " + row_and_number(material) +
+                             " shows that it has been rewritten before. Process it all the same?",
+                         Icon::Exclamation, {});
+}
+
+void MainWindow::note_late_work() {
+    if (document_.was_saved() && document_.has_unsaved_work() && !late_work_noted_) {
+        late_work_noted_ = true;
+        reporter_.note({"this set has been saved already: what is processed now cannot be saved "
+                        "before Restore and Open, and those drop it."});
     }
 }
 

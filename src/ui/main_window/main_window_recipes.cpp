@@ -2,7 +2,6 @@
 
 #include "base/errors.h"
 #include "base/reporter.h"
-#include "recipe/apply_recipe.h"
 #include "recipe/record_recipe.h"
 #include "system/replace_files.h"
 #include "system/text_writer.h"
@@ -12,8 +11,6 @@
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
 
-#include <algorithm>
-
 namespace morvane {
 
 namespace {
@@ -22,16 +19,10 @@ QString recipe_filter() {
     return dialog_filter(QStringLiteral("Recipe|*.toml"));
 }
 
-const Assignment& assignment_of(const Recipe& recipe, const RecipePlan& plan, std::size_t row) {
-    const auto step = std::find_if(plan.steps.begin(), plan.steps.end(),
-                                   [&](const PlannedStep& s) { return s.row == row; });
-    return recipe.assignments.at(step->assignment);
-}
-
 } // namespace
 
 void MainWindow::choose_recipe() {
-    if (!set_.opened) {
+    if (!set().opened) {
         desk_.dialogs.show_box(this, tr("Open a source set first."), Icon::Exclamation, {});
         return;
     }
@@ -50,7 +41,7 @@ void MainWindow::apply_recipe_file(const QString& path) {
         show_errors(reading.errors);
         return;
     }
-    const RecipePlan plan = plan_recipe(set_, *reading.recipe);
+    const RecipePlan plan = plan_recipe(set(), *reading.recipe);
     if (!plan.errors.empty()) {
         show_errors(plan.errors);
         for (const Note& hint : plan.hints) {
@@ -58,20 +49,13 @@ void MainWindow::apply_recipe_file(const QString& path) {
         }
         return;
     }
-    carry_out(*reading.recipe, plan);
-}
-
-void MainWindow::carry_out(const Recipe& recipe, const RecipePlan& plan) {
-    const ApplyResult result = apply_recipe(services(), set_, recipe, plan, desk_.program_folder);
-    for (const ProcessedMaterial& material : result.processed) {
-        made_.push_back(
-            {material.row, material.kind, assignment_of(recipe, plan, material.row).parameters});
-        count_work(material.row);
-    }
+    document_.document().apply(*reading.recipe, plan);
+    note_late_work();
 }
 
 void MainWindow::save_recipe_file() {
-    if (made_.empty()) {
+    const Recipe recipe = document_.document().recipe();
+    if (recipe.assignments.empty()) {
         desk_.dialogs.show_box(this,
                                tr("Process a material first: a recipe says what was made of each."),
                                Icon::Exclamation, {});
@@ -84,7 +68,7 @@ void MainWindow::save_recipe_file() {
         return;
     }
     try {
-        const std::string text = write_recipe(record_recipe(set_, made_));
+        const std::string text = write_recipe(recipe);
         replace_file(desk_.disk, path_bytes(path), [&](TextWriter& out) { out.write(text); });
         reporter_.note({"the recipe was saved as " + path_bytes(path)});
     } catch (const RuntimeError& error) {

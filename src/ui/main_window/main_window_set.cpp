@@ -1,21 +1,16 @@
-// The main window's commands around the open set: choose, open, select, save, leave.
+// The main window's commands around the open set: choose, open, save, leave.
 
 #include "base/paths.h"
-#include "objects/save.h"
 #include "source/chosen_file.h"
-#include "source/open_source_set.h"
+#include "source/opened_file.h"
 #include "source/source_set.h"
+#include "system/disk.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/hourglass.h"
 #include "ui/main_window/controls.h"
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
 #include "ui/widgets/file_drop.h"
-#include "ui/widgets/platform_color.h"
-
-#include <QDir>
-#include <QDragEnterEvent>
-#include <QMimeData>
 
 #include <utility>
 
@@ -23,10 +18,26 @@ namespace morvane {
 
 namespace {
 
-QString base_of_dropped(const QMimeData& data) {
-    return data.urls().size() == 1
-               ? QDir::toNativeSeparators(base_of_file(data.urls().front().toLocalFile()))
-               : QString();
+bool is_set(Disk& disk, const std::string& base) {
+    return disk.is_file(model_file_name(base)) && disk.is_file(frame_file_name(base));
+}
+
+// A base path that was typed or browsed with the ending of the model file. A path that names a set
+// as it stands is taken so.
+QString understood_base(Disk& disk, const QString& typed) {
+    if (disk.is_file(model_file_name(path_bytes(typed)))) {
+        return typed;
+    }
+    for (const QString& ending : {QStringLiteral("_0.asm"), QStringLiteral("_0")}) {
+        if (!typed.endsWith(ending, Qt::CaseInsensitive)) {
+            continue;
+        }
+        const QString base = typed.chopped(ending.size());
+        if (is_set(disk, path_bytes(base))) {
+            return base;
+        }
+    }
+    return typed;
 }
 
 } // namespace
@@ -62,73 +73,54 @@ bool MainWindow::open_set() {
         return false;
     }
     const Hourglass hourglass;
-    const std::string base = path_bytes(ui_->input_base.text());
-    const bool opened = open_source_set(services(), set_, base);
-    if (opened) {
-        state_.add_recent(ui_->input_base.text());
-        show_recent();
+    const QString typed = ui_->input_base.text();
+    const QString understood = understood_base(desk_.disk, typed);
+    if (understood != typed) {
+        ui_->input_base.setText(understood);
     }
-    if (opened || !set_.opened) { // else the files are missing and the set that was open stays
-        show_opened_set();
+    if (!document_.document().open(path_bytes(understood))) {
+        return false;
     }
-    return opened;
+    state_.add_recent(understood);
+    // Later, since the entry of the menu that led here must not go yet.
+    QMetaObject::invokeMethod(this, &MainWindow::show_recent, Qt::QueuedConnection);
+    ui_->materials.setFocus();
+    return true;
 }
 
 void MainWindow::show_opened_set() {
-    made_.clear();
-    unsaved_work_ = 0;
-    materials_.show_set(set_);
-    for (int column = 0; column < materials_.columnCount(); ++column) {
-        ui_->materials.resizeColumnToContents(column);
-    }
-    show_counters();
-    ui_->open_step.set_done(set_.opened);
+    noted_rows_.clear();
+    parameters_set_ = false;
+    late_work_noted_ = false;
+    ui_->materialFilter->clear();
+    materials_.show_set(set());
+    fit_columns();
     for (StepMarker* marker :
          {&ui_->select_step, &ui_->define_step, &ui_->process_step, &ui_->save_step}) {
         marker->set_done(false);
     }
+    ui_->open_step.set_done(set().opened);
+    show_counters();
     show_selection();
     update_title();
 }
 
-std::size_t MainWindow::selected_row() const {
-    const QModelIndexList rows = ui_->materials.selectionModel()->selectedRows();
-    return rows.isEmpty() ? 0 : static_cast<std::size_t>(rows.front().row()) + 1;
-}
-
-void MainWindow::show_selection() {
-    const std::size_t row = selected_row();
-    if (row == 0) {
-        ui_->highlight_color.set_color({});
-        ui_->own_color.set_color({});
-        ui_->processed_mark.hide();
-        return;
-    }
-    const Translation& material = set_.translation(row);
-    ui_->highlight_color.set_color(platform_color(material.highlight).value_or(QColor()));
-    ui_->own_color.set_color(rgb_color(material.color));
-    ui_->processed_mark.setVisible(!material.processed.empty());
-    ui_->select_step.set_done(true);
-    update_par_line();
-}
-
 void MainWindow::save() {
     const Hourglass hourglass;
-    if (may_replace_files() && save_set(services(), set_, output_base()).saved) {
-        unsaved_work_ = 0;
-        ui_->save_step.set_done(true);
+    if (may_replace_files()) {
+        document_.document().save(output_base());
     }
 }
 
 // The output box follows the input box, where the path of another set may be waiting to be opened.
 bool MainWindow::may_replace_files() {
-    if (set_.saved || set_.replacements.empty()) {
+    if (set().saved || set().replacements.empty()) {
         return true; // nothing will be written
     }
     std::vector<std::pair<std::string, std::string>> files{
-        {model_file_name(output_base()), model_file_name(set_.base)}};
-    if (set_.frame_changed) {
-        files.emplace_back(frame_file_name(output_base()), frame_file_name(set_.base));
+        {model_file_name(output_base()), model_file_name(set().base)}};
+    if (set().frame_changed) {
+        files.emplace_back(frame_file_name(output_base()), frame_file_name(set().base));
     }
     for (const auto& [output, opened] : files) {
         if (desk_.disk.is_file(output) && !is_same_file(desk_.disk, output, opened)) {
@@ -139,23 +131,19 @@ bool MainWindow::may_replace_files() {
     return true;
 }
 
-bool MainWindow::has_unsaved_work() const {
-    return set_.opened && unsaved_work_ > 0;
-}
-
 bool MainWindow::may_leave_set() {
-    if (!has_unsaved_work()) {
+    if (!document_.has_unsaved_work()) {
         return true;
     }
+    const bool was_saved = document_.was_saved();
     const QString question =
-        set_.saved
-            ? tr("Materials have been processed since this set was saved. That work cannot be "
-                 "saved: Restore and Open have to come before it. Discard it?")
-            : tr("Materials of this set have been processed but not saved. Save them now?");
-    switch (desk_.dialogs.ask_unsaved(this, question, !set_.saved)) {
+        was_saved ? tr("Materials have been processed since this set was saved. That work cannot "
+                       "be saved: Restore and Open have to come before it. Discard it?")
+                  : tr("Materials of this set have been processed but not saved. Save them now?");
+    switch (desk_.dialogs.ask_unsaved(this, question, !was_saved)) {
     case Unsaved::Save:
         save();
-        return set_.saved;
+        return document_.was_saved();
     case Unsaved::Discard:
         return true;
     case Unsaved::Cancel:
@@ -167,9 +155,9 @@ bool MainWindow::may_leave_set() {
 // A path is often longer than the box that it was typed into: here it can be read whole.
 void MainWindow::show_status() {
     const QString typed = ui_->input_base.text();
-    const QString opened = shown_text(set_.base);
+    const QString opened = shown_text(set().base);
     QString text = typed.isEmpty() ? tr("No source set is open.") : tr("Not open: %1").arg(typed);
-    if (set_.opened) {
+    if (set().opened) {
         text = typed == opened ? typed : tr("Open: %1. Not open yet: %2").arg(opened, typed);
     }
     ui_->status.setText(text);
@@ -187,18 +175,10 @@ void MainWindow::show_recent() {
         ui_->menuRecent->addAction(QString(base).replace(QLatin1Char('&'), QLatin1String("&&")),
                                    this, [this, base] { run([&] { open_base(base); }); });
     }
-    ui_->menuRecent->setEnabled(!ui_->menuRecent->isEmpty());
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (!base_of_dropped(*event->mimeData()).isEmpty()) {
-        event->acceptProposedAction();
+    // It stays enabled: sets that were opened meanwhile are found when it is shown.
+    if (ui_->menuRecent->isEmpty()) {
+        ui_->menuRecent->addAction(tr("None"))->setEnabled(false);
     }
-}
-
-void MainWindow::dropEvent(QDropEvent* event) {
-    event->acceptProposedAction();
-    run([&] { open_base(base_of_dropped(*event->mimeData())); });
 }
 
 } // namespace morvane

@@ -1,13 +1,14 @@
-// The main window's commands on the working files, and its ways to the other tools.
+// The main window's commands on the working files.
 
 #include "base/paths.h"
+#include "source/opened_file.h"
+#include "source/source_set.h"
+#include "system/results_viewer.h"
 #include "ui/dialogs/dialogs.h"
-#include "ui/dialogs/text_viewer.h"
 #include "ui/hourglass.h"
 #include "ui/main_window/controls.h"
 #include "ui/main_window/main_window.h"
 #include "ui/models/message_log.h"
-#include "ui/qt_text.h"
 #include "upkeep/backup.h"
 #include "upkeep/compile.h"
 
@@ -16,32 +17,46 @@
 
 namespace morvane {
 
-void MainWindow::connect_tools() {
-    const auto opens = [this](QPushButton* button, QAction* action, auto show) {
-        connect(button, &QPushButton::clicked, this, [this, show] { run(show); });
-        connect(action, &QAction::triggered, this, [this, show] { run(show); });
-    };
-    opens(&ui_->model_modifier, ui_->actionWings, [this] { tools_.show_model_modifier(); });
-    opens(&ui_->library_browser, ui_->actionLibrary, [this] { tools_.show_library_browser(); });
-    opens(&ui_->label_rename, ui_->actionLabel,
-          [this] { tools_.show_label_rename([this] { return ui_->input_base.text(); }); });
-    opens(&ui_->library_compiler, ui_->actionLibraryCompiler,
-          [this] { tools_.show_library_compiler(); });
+namespace {
+
+void report_copies(Reporter& reporter, const CopyResult& result) {
+    for (const FileCopy& copy : result.copied) {
+        reporter.note({"copied " + copy.from + " to " + copy.to});
+    }
 }
+
+} // namespace
 
 void MainWindow::backup() {
     const Hourglass hourglass;
-    backup_source_set(services(), output_base());
+    report_copies(reporter_, backup_source_set(services(), output_base()));
 }
 
 void MainWindow::restore_backup() {
     const Hourglass hourglass;
-    restore_source_sets(services(), {output_base()});
+    const CopyResult result = restore_source_sets(services(), {output_base()});
+    report_copies(reporter_, result);
+    const bool is_open_set =
+        set().opened &&
+        is_same_file(desk_.disk, model_file_name(output_base()), model_file_name(set().base));
+    if (!result.copied.empty() && is_open_set) {
+        show_restored();
+    }
+}
+
+// The set in memory is no longer what the files hold: every step has to be done again.
+void MainWindow::show_restored() {
+    for (StepMarker* marker : {&ui_->open_step, &ui_->select_step, &ui_->define_step,
+                               &ui_->process_step, &ui_->save_step}) {
+        marker->set_done(false);
+    }
+    reporter_.note({"the files of the open set were restored: press Open to read them again."});
+    ui_->open.setFocus();
 }
 
 // The compiler reads the files, not what has been processed since they were saved.
 bool MainWindow::may_compile() {
-    if (!has_unsaved_work() || set_.saved) {
+    if (!document_.has_unsaved_work() || document_.was_saved()) {
         return true;
     }
     switch (desk_.dialogs.ask_unsaved(this,
@@ -50,7 +65,7 @@ bool MainWindow::may_compile() {
                                       true)) {
     case Unsaved::Save:
         save();
-        return set_.saved;
+        return document_.was_saved();
     case Unsaved::Discard:
         return true;
     case Unsaved::Cancel:
@@ -75,15 +90,6 @@ void MainWindow::show_search_results() {
 
 void MainWindow::copy_messages() {
     QGuiApplication::clipboard()->setText(desk_.log.texts().join(QLatin1Char('\n')));
-}
-
-void MainWindow::show_about() {
-    desk_.dialogs.show_box(
-        this,
-        tr("Morvane %1\n\nTurns marked materials of exported scenery and aircraft models into "
-           "lights, effects, windsocks and library objects.")
-            .arg(ui_->version.text()),
-        Icon::Information, {});
 }
 
 } // namespace morvane

@@ -54,6 +54,15 @@ ResultsViewer& ToolWindows::viewer() {
     if (desk_.viewer != nullptr) {
         return *desk_.viewer;
     }
+    return own_viewer();
+}
+
+void ToolWindows::show_text(const std::string& path, std::size_t line) {
+    own_viewer().show_file(path);
+    own_viewer().go_to(line);
+}
+
+TextViewer& ToolWindows::own_viewer() {
     if (!viewer_) {
         viewer_ = std::make_unique<TextViewer>(desk_, state_);
     }

@@ -4,8 +4,10 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace morvane {
 
@@ -35,11 +37,15 @@ class ToolWindows {
     /// The library browser if it has been made yet.
     LibraryBrowser* library_browser() { return library_browser_.get(); }
     ResultsViewer& viewer();
+    /// Shows a text file at a line, from 1, in the window's own viewer.
+    void show_text(const std::string& path, std::size_t line);
 
     /// Closes all of them; false when one refuses.
     bool close_all();
 
   private:
+    TextViewer& own_viewer();
+
     Desk& desk_;
     WindowState& state_;
     std::unique_ptr<ModelModifier> model_modifier_;

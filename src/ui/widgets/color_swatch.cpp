@@ -25,15 +25,22 @@ ColorSwatch::ColorSwatch(QWidget* parent) : QFrame(parent) {
 }
 
 void ColorSwatch::set_color(const QColor& color) {
+    set_color(color, {}, color.isValid() ? color.name().mid(1).toUpper() : QString());
+}
+
+void ColorSwatch::set_color(const QColor& color, const QString& text, const QString& tool_tip) {
     color_ = color;
-    setToolTip(color.isValid() ? color.name().mid(1).toUpper() : QString());
-    setAccessibleDescription(toolTip());
+    text_ = text;
+    setToolTip(tool_tip);
+    setAccessibleDescription(tool_tip);
     update();
 }
 
 void ColorSwatch::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     paint_patch(painter, rect(), color_, palette().color(QPalette::Text));
+    painter.setPen(qGray(color_.rgb()) > 140 ? Qt::black : Qt::white);
+    painter.drawText(rect(), Qt::AlignCenter, text_);
 }
 
 QIcon color_patch(const QColor& color, int side, qreal device_pixel_ratio) {

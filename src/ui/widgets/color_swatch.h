@@ -15,6 +15,8 @@ class ColorSwatch : public QFrame {
 
     QColor color() const { return color_; } // invalid while there is none
     void set_color(const QColor& color);
+    /// The same with a text that is written on the colour, and a tooltip of its own.
+    void set_color(const QColor& color, const QString& text, const QString& tool_tip);
 
     QSize sizeHint() const override { return {48, 22}; }
     QSize minimumSizeHint() const override { return {32, 18}; }
@@ -24,6 +26,7 @@ class ColorSwatch : public QFrame {
 
   private:
     QColor color_;
+    QString text_;
 };
 
 /// A small square of a colour for lists, the same on a selected row.

@@ -1,0 +1,54 @@
+#include "ui/models/document_model.h"
+
+#include <utility>
+
+namespace morvane {
+
+class DocumentModel::Listener final : public DocumentListener {
+  public:
+    explicit Listener(DocumentModel& model) : model_(model) {}
+
+    void opened() override {
+        model_.rows_in_files_ = 0;
+        Q_EMIT model_.opened();
+    }
+    void changed(std::size_t row) override { Q_EMIT model_.row_changed(row); }
+    void parameters_changed() override { Q_EMIT model_.parameters_changed(); }
+    void history_changed() override { Q_EMIT model_.history_changed(); }
+    void notes_changed() override { Q_EMIT model_.notes_changed(); }
+    void saved() override {
+        model_.rows_in_files_ = model_.processed_rows();
+        Q_EMIT model_.saved();
+    }
+
+  private:
+    DocumentModel& model_;
+};
+
+DocumentModel::DocumentModel(const Services& services, std::optional<std::string> trace_folder)
+    : listener_(std::make_unique<Listener>(*this)),
+      document_(std::make_unique<Document>(services, *listener_, std::move(trace_folder))) {}
+
+DocumentModel::~DocumentModel() = default;
+
+const StepMaterial* DocumentModel::made(std::size_t row) const {
+    const std::vector<Step>& steps = document_->done();
+    for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+        for (const StepMaterial& material : step->materials) {
+            if (material.row == row && material.processed) {
+                return &material;
+            }
+        }
+    }
+    return nullptr;
+}
+
+std::size_t DocumentModel::processed_rows() const {
+    return set().opened ? set().translations.size() - set().unprocessed() : 0;
+}
+
+bool DocumentModel::has_unsaved_work() const {
+    return processed_rows() > rows_in_files_;
+}
+
+} // namespace morvane
