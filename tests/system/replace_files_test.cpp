@@ -192,7 +192,6 @@ TEST_F(ReplaceFiles, SameFileTwiceIsAnErrorAndNothingIsLost) {
 }
 
 TEST_F(ReplaceFiles, ErrorsNameTheFileOfTheUser) {
-    const auto disk = make_system_disk();
     try {
         replace_file(*disk, folder.file("none/a.asm"), [](TextWriter& out) { out.line("x"); });
         FAIL();
