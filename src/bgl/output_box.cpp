@@ -36,8 +36,8 @@ void OutputBox::out_line(std::string_view text, bool no_break) {
 
 void OutputBox::overflow() {
     services_.reporter.repeated_box("Too many data for output box. The complete list can be "
-                                   "examined from file 'Out.txt'.",
-                                   Icon::Exclamation);
+                                    "examined from file 'Out.txt'.",
+                                    Icon::Exclamation);
     write_text(results_begun_);
     results_begun_ = true;
     clear();

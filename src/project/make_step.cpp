@@ -159,8 +159,9 @@ void add_assembly_problems(Making& making, const OpenSet& set, const Recipe& rec
 }
 
 std::string model_text(const OpenSet& set, const Export& from) {
-    return set.replacements.empty() ? std::string(from.model.view())
-                               : written([&](TextWriter& out) { write_merged_model(set, out); });
+    return set.replacements.empty()
+               ? std::string(from.model.view())
+               : written([&](TextWriter& out) { write_merged_model(set, out); });
 }
 
 // `saved`: whether the recipe changed the frame; otherwise only the project did.

@@ -53,8 +53,8 @@ struct ApplyResult {
 /// is noted with the line of the recipe. Stops at the first that is not processed, after that one's
 /// own message box and a note naming the assignment; what was processed before it stays so. Labels
 /// are made unique, and the macros included, as the recipe says.
-/// `trace_folder`: where the trace files are written, once, for the last material that was processed;
-/// none when it is empty.
+/// `trace_folder`: where the trace files are written, once, for the last material that was
+/// processed; none when it is empty.
 ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& recipe,
                          const RecipePlan& plan,
                          const std::optional<std::string>& trace_folder = {});

@@ -208,8 +208,8 @@ TEST_F(Decompress, AnalyseListsTheUnpackedFile) {
 TEST_F(Decompress, ThePreviousUnpackedFileIsNeverListed) {
     const std::string path = folder.write("packed.bgl", packed);
     const std::string stale = test::library_file({.objects = {{.name = "Stale"}}});
-    for (const int status : std::vector<int>{unpack_no_library, unpack_nothing, 139, not_started,
-                                              timed_out, 0}) {
+    for (const int status :
+         std::vector<int>{unpack_no_library, unpack_nothing, 139, not_started, timed_out, 0}) {
         home.write("tmp.bgl", stale);
         run = [status](const auto&) { return status; };
         EXPECT_THAT(analyse_file(inspector, path, false, true).objects, IsEmpty()) << status;

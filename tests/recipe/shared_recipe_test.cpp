@@ -242,7 +242,11 @@ TEST_F(SharedRecipe, ProblemsCarryTheirPlaces) {
     const RecipeReading reading = read("\n[[assign]]\nkind = 3\n");
     ASSERT_THAT(reading.problems, SizeIs(1));
     EXPECT_EQ(reading.problems[0], (Note{"\"kind\" must be text between quotes",
-                                         folder_.file("airport.toml"), 3, Severity::Error, {}, 8}));
+                                         folder_.file("airport.toml"),
+                                         3,
+                                         Severity::Error,
+                                         {},
+                                         8}));
 }
 
 } // namespace

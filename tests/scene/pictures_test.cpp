@@ -181,7 +181,6 @@ TEST(Pictures, ATunnelAroundTheViewer) {
     expect_golden(picture, "tunnel");
 }
 
-
 TEST(Pictures, ADesignOfTheExamples) {
     const auto disk = make_system_disk();
     const Scene scene =
