@@ -42,11 +42,6 @@ std::string model() {
     return text + "BGL_RETURN\nBGL_END\n";
 }
 
-std::string without_line_ends(std::string text) {
-    std::erase(text, '\r');
-    return text;
-}
-
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
     return text.replace(text.rfind(from), from.size(), to);
 }
@@ -84,7 +79,7 @@ TEST_F(ProcessCommand, ARewrittenSetIsRefusedAndForceTakesIt) {
 
 TEST_F(ProcessCommand, BlocksThatHoldMoreThanTrianglesAreRefused) {
     const std::string triangle = "DRAW_TRI 2, 1, 0 ; x\n";
-    for (const std::string& line : {"; a comment\n", "\n", "DRAW_TRI_BEGIN 0, 3\n"}) {
+    for (const std::string line : {"; a comment\n", "\n", "DRAW_TRI_BEGIN 0, 3\n"}) {
         const std::string text = replaced(model(), triangle, line + triangle);
         write_set("set", text);
         const ProgramRun refused = run("set");
