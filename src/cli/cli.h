@@ -67,7 +67,8 @@ void print_json(Cli& cli, const Json& document);
 void add_inspect_command(CLI::App& app, Cli& cli);
 void add_process_command(CLI::App& app, Cli& cli);
 void add_check_command(CLI::App& app, Cli& cli);
-void add_tool_commands(CLI::App& app, Cli& cli); // backup, restore, compile, rename-labels
+void add_tool_commands(CLI::App& app, Cli& cli); // backup, restore, rename-labels
+void add_compile_command(CLI::App& app, Cli& cli);
 void add_assemble_command(CLI::App& app, Cli& cli);
 void add_library_commands(CLI::App& app, Cli& cli);
 void add_bgl_commands(CLI::App& app, Cli& cli);

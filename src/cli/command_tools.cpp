@@ -1,7 +1,6 @@
 #include "cli/cli.h"
 #include "cli/json_text.h"
 #include "upkeep/backup.h"
-#include "upkeep/compile.h"
 #include "upkeep/rename_labels.h"
 
 #include <iostream>
@@ -52,21 +51,6 @@ int run_restore(Cli& cli, const Bases& bases) {
     return finish_copies(cli, restore_source_sets(cli.services(), bases));
 }
 
-int run_compiler(Cli& cli, const std::string& base) {
-    cli.reporter.print_notes_at_once();
-    const auto programs = make_system_programs();
-    std::string kept;
-    const Outcome outcome = run_compile(cli.services(), *programs, {base, cli.program_folder()},
-                                        [&](std::string_view text) {
-                                            if (cli.json) {
-                                                kept += text;
-                                            } else {
-                                                std::cout << text << std::flush;
-                                            }
-                                        });
-    return finish(cli, outcome, {{"output", json_text(kept)}});
-}
-
 int run_rename_labels(Cli& cli, const std::string& file, const std::string& suffix) {
     const Outcome outcome = rename_labels(cli.services(), file, suffix);
     if (!cli.json) {
@@ -101,15 +85,6 @@ void add_restore_command(CLI::App& app, Cli& cli) {
     on_call(*command, cli, [&cli, bases] { return run_restore(cli, *bases); });
 }
 
-void add_compile_command(CLI::App& app, Cli& cli) {
-    auto* command =
-        app.add_subcommand("compile", "Run the compiler bglc of the set's folder on the set");
-    const auto base = std::make_shared<std::string>();
-    command->add_option("BASE", *base, "Base path of the set, without an ending")->required();
-    add_example(*command, "compile airport");
-    on_call(*command, cli, [&cli, base] { return run_compiler(cli, *base); });
-}
-
 void add_rename_labels_command(CLI::App& app, Cli& cli) {
     auto* command =
         app.add_subcommand("rename-labels", "Append a suffix to all labels of a MASM file");
@@ -126,7 +101,6 @@ void add_rename_labels_command(CLI::App& app, Cli& cli) {
 void add_tool_commands(CLI::App& app, Cli& cli) {
     add_backup_command(app, cli);
     add_restore_command(app, cli);
-    add_compile_command(app, cli);
     add_rename_labels_command(app, cli);
 }
 

@@ -84,15 +84,17 @@ class CompilerSearch {
                                                              : Words{std::move(native)};
         }
         const std::string windows = on_windows ? "" : programs_.find_on_path(name + ".exe");
-        told_ += windows.empty() ? "\n" + name + " is not on the PATH" : "";
         return windows.empty() ? Words{} : through_wine(windows);
     }
 
     Words given(Words words) {
-        Words command = has_folder(words[0]) ? at_path(words[0]) : on_path(words[0]);
-        if (!command.empty()) {
-            command.insert(command.end(), words.begin() + 1, words.end());
+        const bool by_name = !has_folder(words[0]);
+        Words command = by_name ? on_path(words[0]) : at_path(words[0]);
+        if (command.empty()) {
+            told_ += by_name ? "\n" + words[0] + " is not on the PATH" : "";
+            return {};
         }
+        command.insert(command.end(), words.begin() + 1, words.end());
         return command;
     }
 

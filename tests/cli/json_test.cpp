@@ -58,6 +58,33 @@ TEST_F(JsonOutput, OfACompilationHoldsWhatTheCompilerSaid) {
     EXPECT_EQ(json.at("output"), "/bgl ./airport.asm\ncaf\xC3\xA9");
 }
 
+TEST_F(JsonOutput, OfAFailedCompilationHoldsWhatTheCompilerSaid) {
+    folder.write("airport.asm", "");
+    folder.write("bglc", "#!/bin/sh\necho 'airport.asm(7): error A2008'; exit 3\n");
+    const ProgramRun run_there = run("chmod +x bglc; morvane-cli --json compile airport");
+    EXPECT_EQ(run_there.status, 1);
+    const Json json = Json::parse(run_there.output);
+    EXPECT_EQ(json.at("output"), "airport.asm(7): error A2008\n");
+    EXPECT_EQ(json.at("error").at("status"), 1);
+    EXPECT_EQ(json.at("error").at("text"), "The compiler reported a failure (exit status 3).");
+    EXPECT_EQ(json.at("error").at("problems"), Json::array());
+    EXPECT_EQ(json.at("messages"), Json::array());
+}
+
+TEST_F(JsonOutput, OfAnAircraftsCompilationHoldsTheSwitchAndTheNote) {
+    folder.write("plane.asm", "visual_model_header label dword\r\n");
+    const std::string make = "printf '#!/bin/sh\\necho $*' >masm; chmod +x masm; ";
+    const Json json = document(make + "morvane-cli --json compile --compiler './masm -q' plane");
+    EXPECT_EQ(json.at("output"), "-q /bgl plane.asm\n");
+    EXPECT_THAT(std::string(json.at("messages").at(0)),
+                HasSubstr("plane.asm:1: this is the frame"));
+    const Json aircraft =
+        document("MORVANE_COMPILER=./masm morvane-cli --json compile --mdl plane");
+    EXPECT_EQ(aircraft.at("output"), "/mdl plane.asm\n");
+    EXPECT_EQ(aircraft.at("messages"), Json::array());
+    EXPECT_EQ(run("morvane-cli compile --compiler \"masm 'x\" plane").status, 2);
+}
+
 TEST_F(JsonOutput, TakesANameThatIsNotUtf8ForWindows1252) {
     take("airport");
     const Json json = document("name=$(printf 'h\\374tte'); cp airport.asm \"$name.asm\"; "

@@ -2,6 +2,7 @@
 
 #include "base/reporter.h"
 
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
