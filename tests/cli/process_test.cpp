@@ -200,7 +200,7 @@ TEST_F(ProcessCommand, ParametersThatBreakTheSourceAreNotedAndRefusedWhenStrict)
 
 TEST_F(ProcessCommand, ADryRunWritesNothingAndItsDiffCanBeApplied) {
     const ProgramRun dry = run_commands(
-        work.path(), "morvane-cli process set --dry-run > log\nls | sort > names\n"
+        work.path(), "morvane-cli process set --dry-run > log\ntouch names\nls | sort > names\n"
                      "sed -n '/^--- /,$p' log > change\npatch -s -p0 --binary < change\n"
                      "cp set_0.asm patched\n");
     if (dry.errors.find("patch: ") != std::string::npos && dry.status == 127) {
