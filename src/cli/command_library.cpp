@@ -1,3 +1,4 @@
+#include "base/errors.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "cli/cli.h"
@@ -63,6 +64,25 @@ std::optional<std::string> overwritten_input(Cli& cli, const LibraryList& list,
     return overwritten_design(*cli.disk, list, options.output);
 }
 
+// What was written stays written: a file that cannot be read again is only noted.
+void note_what_may_not_assemble(Cli& cli, const LibraryList& list, const CreateOptions& options) {
+    try {
+        std::vector<Problem> problems =
+            find_file_assembly_problems(*cli.disk, options.output, folder_part(options.list));
+        // A design without its file has been named already.
+        std::erase_if(problems, [](const Problem& p) { return p.code == "include-missing"; });
+        for (Problem& problem : find_library_list_problems(*cli.disk, list, options.list)) {
+            if (problem.code != "library-model-missing") {
+                problems.push_back(std::move(problem));
+            }
+        }
+        note_problems(cli.reporter, problems);
+    } catch (const RuntimeError& error) {
+        cli.reporter.note({std::string("The designs could not be checked (") + error.description() +
+                           ": " + error.about() + ")."});
+    }
+}
+
 int create(Cli& cli, const CreateOptions& options) {
     const LibraryListReading reading = read_library_list(cli.services(), options.list);
     if (!reading.list) {
@@ -74,16 +94,7 @@ int create(Cli& cli, const CreateOptions& options) {
     if (!create_library(cli.services(), *reading.list, options.output)) {
         return failed;
     }
-    std::vector<Problem> problems =
-        find_file_assembly_problems(*cli.disk, options.output, folder_part(options.list));
-    // A design without its file has been named already.
-    std::erase_if(problems, [](const Problem& p) { return p.code == "include-missing"; });
-    for (Problem& problem : find_library_list_problems(*cli.disk, *reading.list, options.list)) {
-        if (problem.code != "library-model-missing") {
-            problems.push_back(std::move(problem));
-        }
-    }
-    note_problems(cli.reporter, problems);
+    note_what_may_not_assemble(cli, *reading.list, options);
     return done;
 }
 

@@ -221,7 +221,13 @@ std::vector<Problem> find_set_assembly_problems(Disk& disk, const OpenSet& set,
 
 std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& path,
                                                  const std::string& folder) {
-    return find_assembly_problems(flatten(disk, {path, LineStore(read_bytes(disk, path))}, folder));
+    try {
+        return find_assembly_problems(
+            flatten(disk, {path, LineStore(read_bytes(disk, path))}, folder));
+    } catch (const RuntimeError& error) {
+        return {{"not-checked", Severity::Warning,
+                 std::string("cannot be read to be checked (") + error.description() + ").", path}};
+    }
 }
 
 bool note_problems(Reporter& reporter, std::vector<Problem> problems,

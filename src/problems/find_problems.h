@@ -49,7 +49,7 @@ std::vector<Problem> find_set_assembly_problems(Disk& disk, const OpenSet& set,
                                                 const std::string& output);
 
 /// The same for a source file on the disk with what it includes, which may lie in `folder` too.
-/// Throws RuntimeError when the file cannot be read.
+/// A file that cannot be read is one problem, since what was written stays written.
 std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& path,
                                                  const std::string& folder = {});
 

@@ -211,14 +211,22 @@ def named_pipe(program, scratch):
 
 @test
 def changed_between_open_and_save(program, scratch):
-    """Another program adds a line when the recipe's settings are about to be written."""
-    for answer, status in (((), 1), (("--no",), 1), (("--yes",), 0)):
-        work = scratch / "-".join(("work", *answer))
+    """Another program adds a line after the set was opened."""
+    def set_up(name):
+        work = scratch / name
         work.mkdir()
         copy_example(work, "airport")
         (work / "home" / "fx_list.txt").write_bytes(b"fx_a\r\n")
-        faults = {"FAULTS_AT": "1", "FAULTS_DO": "append", "FAULTS_FILE": "airport_0.asm"}
-        # The trace of the first material is written between Open and Save.
+        return work
+
+    # The trace files are written between Open and Save.
+    journal = scratch / "journal"
+    program.run((*PROCESS, "--trace"), set_up("first"), {"FAULTS_JOURNAL": str(journal)})
+    calls = journal.read_text().splitlines()
+    at = 1 + next(i for i, call in enumerate(calls) if call.startswith("open bgl_code.txt"))
+    for answer, status in (((), 1), (("--no",), 1), (("--yes",), 0)):
+        work = set_up("-".join(("work", *answer)))
+        faults = {"FAULTS_AT": str(at), "FAULTS_DO": "append", "FAULTS_FILE": "airport_0.asm"}
         result = program.run((*answer, *PROCESS, "--trace"), work, faults)
         require(result.returncode == status, "the exit status is wrong", result)
         said = result.stderr.decode()
