@@ -101,6 +101,7 @@ void add_rename_labels_command(CLI::App& app, Cli& cli) {
 void add_tool_commands(CLI::App& app, Cli& cli) {
     add_backup_command(app, cli);
     add_restore_command(app, cli);
+    add_compile_command(app, cli);
     add_rename_labels_command(app, cli);
 }
 

@@ -40,7 +40,6 @@ void add_commands(CLI::App& app, Cli& cli) {
     add_process_command(app, cli);
     add_check_command(app, cli);
     add_tool_commands(app, cli);
-    add_compile_command(app, cli);
     add_assemble_command(app, cli);
     add_library_commands(app, cli);
     add_bgl_commands(app, cli);
