@@ -203,7 +203,7 @@ struct Polygon {
     void add(const Vec3& corner) { corners[count++] = corner; }
 };
 
-// Keeps the part where `inside`, a linear function, is not negative.
+// Keeps the piece where `inside`, a linear function, is not negative.
 template <typename Inside>
 Polygon cut(const Polygon& polygon, const Inside& inside) {
     Polygon result;

@@ -25,7 +25,7 @@ using Parts = std::array<std::string, 3>;
 
 struct Highlight {
     Parts parts;
-    double distance = 0; // of the part farthest from 0 or 1; the whole is pure at 0
+    double distance = 0; // of the value farthest from 0 or 1; the whole is pure at 0
     bool black = true;   // all parts are nearer to 0 than to 1
 };
 

@@ -36,7 +36,7 @@ class WindowState {
     QString value(const QString& key) const;
     void set_value(const QString& key, const QString& value);
     /// Sizes and orders that the user has given to the parts of a window, under the names of the
-    /// window and the part. Those that were never kept stay as they are.
+    /// window and their panel. Those that were never kept stay as they are.
     void restore(QSplitter& splitter);
     void keep(const QSplitter& splitter);
     /// False when nothing was kept.

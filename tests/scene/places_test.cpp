@@ -84,7 +84,7 @@ TEST(Places, AnEffectIsWhereItsScaleWordsSay) {
     parameters.effects.fx_OTG = true;
     const Mark mark = only_mark(turned(), Kind::Effects, parameters);
     // The reference is 51EDB8h = 5369272 m north. High word: 5369272 + 7.071 rounded, so 7 m. Low
-    // word: the part behind the thousands of 5369272 + 7071.068 = 5376343.068, cut to 1/65536:
+    // word: what is left after the thousands of 5369272 + 7071.068 = 5376343.068, cut to 1/65536:
     // 22483 / 65536 = 0.343063. Height: 2 thousandths, 131 / 65536 = 0.001999.
     EXPECT_NEAR(mark.place.z, 7.343063, 1e-5);
     EXPECT_NEAR(mark.place.y, 0.001999, 1e-5);
