@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Makes a folder tree like a flight simulator's: thousands of folders, most files of other kinds or
 without library objects."""
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Frames of a scene, Open to the first picture, and the first page of a shelf; beside them what it
 // costs to fill the picture's memory once, to compare machines by.
 

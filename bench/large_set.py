@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """large_set.py FOLDER SHAPE: writes the large source set of bench/compare."""
 
 import sys

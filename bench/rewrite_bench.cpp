@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The steps from Open to Save, each by itself, on sets of growing size.
 
 #include "base/reporter.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The shapes of exports: model files built from quads, walls and markers, and the frame files."""
 
 import math

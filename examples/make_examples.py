@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Writes the source sets of the examples: two airports, two aircraft, and three library designs.
 
 The sets have the shapes of real exports. Run it in this folder after a change of the scenes; the

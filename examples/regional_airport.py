@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A regional airport of a few thousand triangles: runway, taxiway, apron, terminal, tower, hangars
 and trees, with its lights, windsock, vehicles and smoke still to be made from markers."""
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The modifier's assembly. Sections: one byte of flags, then frame and model of the complete model,
 // fuselage, wings high, wings low and shadow.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // BGL header, report, objects, search, make universal and revert on any file.
 
 #include "base/errors.h"

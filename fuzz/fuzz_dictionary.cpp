@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Model header and parameter dictionary on any frame file.
 
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The label suffix against the plain double loop. Sections: suffix, file.
 
 #include "base/errors.h"

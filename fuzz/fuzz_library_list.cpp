@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Library lists of any bytes. What can be read gives a source that is the same every time.
 // Identifiers can be filled in without changing anything else.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The drawing code of a library object, and a library file around it, on any bytes.
 
 #include "scene/draw_shape.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The line store against a plain vector of texts. Sections: operations, file.
 
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Numbers against slow, exact versions. Sections: any text; the first eight bytes are a double too.
 
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Recipes and settings of any bytes; a recipe that is read can be written and read again.
 
 #include "base/errors.h"

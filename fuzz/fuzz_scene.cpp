@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The scene of any two files, and a picture of it. Sections: frame file, model file.
 
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // From Open to Save. Sections: choices, frame file, model file. Each byte of the choices picks kind
 // and flags for one marked material.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Makes the seeds of the fuzzers from the examples: make_corpus.py FOLDER
 
 FOLDER/NAME/ gets the seeds of fuzz_NAME. A seed of several files has them parted by lines of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "aircraft/assembly.h"
 #include "base/reporter.h"
 #include "source/find_line.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "aircraft/assemble_aircraft.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"

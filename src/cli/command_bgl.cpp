@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "bgl/universal.h"
 #include "cli/bgl_json.h"
 #include "cli/cli.h"

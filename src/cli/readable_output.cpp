@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/readable_output.h"
 
 #include "base/windows1252.h"

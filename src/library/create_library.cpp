@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/create_library.h"
 
 #include "base/errors.h"

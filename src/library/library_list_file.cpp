@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/library_list_file.h"
 
 #include "library/library_objects_toml.h"

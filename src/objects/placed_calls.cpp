@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "objects/placed_calls.h"
 
 #include "base/errors.h"

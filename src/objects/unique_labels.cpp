@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "objects/unique_labels.h"
 
 #include "base/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "problems/flat_source.h"
 
 #include "base/errors.h"

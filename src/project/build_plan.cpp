@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/build_plan.h"
 
 #include "base/paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/content_hash.h"
 
 #include "system/disk.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/watch_project.h"
 
 #include "base/errors.h"

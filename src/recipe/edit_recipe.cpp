@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "recipe/edit_recipe.h"
 
 #include "base/errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "recipe/parameter_keys.h"
 
 #include "base/text.h"

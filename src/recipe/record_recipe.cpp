@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "recipe/record_recipe.h"
 
 #include "source/materials.h"

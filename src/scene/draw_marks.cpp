@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "scene/draw_marks.h"
 
 #include "base/guid128.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "scene/draw_scene.h"
 
 #include "raster/lettering.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "source/materials.h"
 
 #include "base/errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
 #include "system/absolute_path.h"
 #include "system/descriptor_posix.h"

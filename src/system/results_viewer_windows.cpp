@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/paths.h"
 #include "base/wide_text.h"
 #include "system/results_viewer.h"

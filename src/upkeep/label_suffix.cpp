@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "upkeep/label_suffix.h"
 
 #include "base/errors.h"

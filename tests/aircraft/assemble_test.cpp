@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "aircraft/assemble_aircraft.h"
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"

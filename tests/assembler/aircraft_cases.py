@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """`assemble` in its three ways. Two of them leave something to the author, which the program says;
 with that done they assemble too."""
 

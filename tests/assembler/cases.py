@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """What the groups of cases share: work folders, runs of the program, checks."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Planted faults: the runner must catch each of them."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """`library create`: its source assembled, and the bytes read back by `bgl analyse`."""
 
 import json

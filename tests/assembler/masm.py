@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A source set through an assembler: flattened, adapted to llvm-ml, and its bytes read back.
 
 llvm-ml lacks a few forms that the simulator's own assembler has (`label`, `offset`, names with

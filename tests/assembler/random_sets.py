@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Random sets that have the shape of exports, with recipes of values that a compiler takes."""
 
 import scenes

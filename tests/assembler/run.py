@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """run.py PROGRAM GROUP...: what the program writes, through an assembler. Exit status 1 when
 something that should assemble does not, or the reverse."""
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Checks the documents of `bgl analyse --json` and `bgl search --json` against docs/bgl.schema.json,
 and the commands on docs/scripting.md against what they are to find.
 

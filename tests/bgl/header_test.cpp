@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "bgl/bgl_file.h"
 #include "bgl_files.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What every command has in common: help, short options, answers, and how failures are shown.
 
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The completions, as the shells that they are for use them.
 
 #include "cli/program_run.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A disk that is full and a folder that may not be written to: the command says so, the files are
 // as they were, and nothing is left lying about.
 

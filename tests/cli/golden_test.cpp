@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Whole commands against files. Every folder of tests/golden is one case; its README says what it
 // may hold.
 

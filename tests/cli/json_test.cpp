@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What --json prints is what the same command prints without.
 
 #include "cli/program_run.h"

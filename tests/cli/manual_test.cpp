@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The manual page is made from the program's help, so that the two cannot differ; this checks that
 // nothing is lost on the way.
 

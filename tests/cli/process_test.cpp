@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // `process` as a command: what it refuses before anything is rewritten, and what it does with
 // several sets, backups, frames and dry runs.
 

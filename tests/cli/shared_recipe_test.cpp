@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the keys for shared recipes change in whole commands.
 
 #include "cli/program_run.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What is different where somebody sits at a terminal: questions are asked, progress is shown.
 
 #include "cli/program_run.h"

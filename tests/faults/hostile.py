@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Real disks and hostile inputs: what no preloaded library can stand in for.
 
     hostile.py --cli PROGRAM [TEST...]

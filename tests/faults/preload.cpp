@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A library that is loaded before all others and makes the n-th call that reads or changes a file
 // go wrong. tests/faults/run_faults.py tells it what to do by environment variables:
 //

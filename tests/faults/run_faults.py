@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Shows that a command never leaves a half-written file, whichever of its calls goes wrong.
 
     run_faults.py --cli PROGRAM --preload LIBRARY CASE...

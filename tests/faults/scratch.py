@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Running the program under test in folders of its own, and looking at what it leaves there."""
 
 import os

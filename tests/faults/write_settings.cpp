@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Writes all settings files into a folder, as the window does when its forms close, for the test
 // that lets every call of it fail.
 

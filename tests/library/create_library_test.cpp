@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/create_library.h"
 #include "library/libcomp_fixture.h"
 #include "support/faulty_disk.h"

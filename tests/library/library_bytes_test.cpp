@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the written source becomes when it is assembled, byte by byte.
 
 #include "library/libcomp_fixture.h"

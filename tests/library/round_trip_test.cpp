@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A library that is written, assembled and read again holds exactly the objects that went in.
 
 #include "base/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "objects/parameter_checks.h"
 
 #include <gmock/gmock.h>

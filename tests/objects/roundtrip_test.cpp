@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Nothing is ever lost: from what Save wrote, the loaded file can be had back by taking the
 // generated lines out and the comment marks off, and nothing else has changed.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Two programs on one set: what another one wrote between Open and Save is not written over
 // without asking.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Diffs of random files, judged by what a diff is: it can be applied, it is as short as can be, and
 // each change stands in the middle of three unchanged lines.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the assembler stops at: labels, includes, macros, the dictionary, jumps.
 
 #include "problems/problem_fixture.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Whole sets: one with defects in many lines, and the examples, which have none.
 
 #include "objects/save.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a single line, or a list of lines, can have wrong.
 
 #include "problems/problem_fixture.h"

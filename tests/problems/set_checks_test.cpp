@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a set as a whole can have wrong, and what a recipe would make of it.
 
 #include "problems/problem_fixture.h"

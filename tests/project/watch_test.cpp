@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The test plays the exporter, in the manners in which exporters were seen to write, with time
 // scaled down: a second of theirs is a tenth of one here.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "recipe/apply_recipe.h"
 #include "source/materials.h"
 #include "source/open_source_set.h"

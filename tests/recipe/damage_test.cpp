@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Damaged files are refused or taken, and nothing else happens.
 
 #include "library/library_list_file.h"

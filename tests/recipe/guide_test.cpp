@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The examples of the guides are taken as they stand.
 
 #include "library/library_list_file.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "recipe/recipe.h"
 #include "recipe_files.h"
 #include "support/faulty_disk.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Recipes that share files and defaults.
 
 #include "recipe/apply_recipe.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Joining the exports of an aircraft: flexing wings and a cheap shadow."""
 
 import re

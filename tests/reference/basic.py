@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Numbers, texts and line stores.
 
 Part of the reference that the golden files were made with: plain Python, one rule after the other,

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """compare_random.py PROGRAM [COUNT]: random sets and recipes through both, the program's files and
 log against the reference's. Exit status 1 with the first that differs, whose folder is kept."""
 

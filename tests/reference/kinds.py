@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The five kinds of object: the code of one material's triangles."""
 
 import math

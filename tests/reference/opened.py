@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Opening a source set: materials, their blocks, the placement."""
 
 from basic import (PI, RuntimeFailure, field, floor, get_field, hex_value, load, split_fields, trim,

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """process.py BASE RECIPE [OUTPUT]: a whole recipe applied to a source set and saved.
 
 Prints the log; message boxes go to standard error. Exit status 1 when a box refused the work. What

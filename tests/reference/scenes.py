@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Small source sets for single rules, in other shapes than the examples: LF ends, no leading
 blanks, odd spacing. Like an export each of them can be assembled."""
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Writes the BGL files that the cases tests/golden/bgl-* start from.
 
 What the program is to make of them is written by hand, in the cases' own files; the documents of

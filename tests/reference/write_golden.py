@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Writes the cases of tests/golden whose results follow from the rules in this folder."""
 
 import json

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "objects/process.h"
 #include "scene/ghost.h"
 #include "scene/read_set.h"

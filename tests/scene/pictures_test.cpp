@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Whole pictures, compared to the byte with those under golden/: they are the same on every machine
 // and in every build. Look at each one that changes. With MORVANE_PICTURES=FOLDER in the
 // environment the pictures are written there.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Where generated objects really are, worked out by hand from what the lines say.
 
 #include "objects/save.h"

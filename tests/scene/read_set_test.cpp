@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "scene/read_set.h"
 #include "scene/textures.h"
 #include "small_set.h"

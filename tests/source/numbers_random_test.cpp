@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The numbers against a slow and plainly exact version, and all of them again where the locale
 // writes a decimal comma.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
 #include "source/opened_file.h"
 #include "support/faulty_disk.h"

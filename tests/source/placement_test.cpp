@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
 #include "source/placement.h"
 #include "support/recording_reporter.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Writing long stretches of a file in one piece must give what writing line by line gives.
 
 #include "source/line_store.h"

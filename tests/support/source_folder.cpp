@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/source_folder.h"
 
 namespace morvane::test {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every call to the disk fails once, in every situation that there is: all files must be as they
 // were, or all new.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What runs that were killed, or that go on at this moment, have left beside a file.
 
 #include "support/faulty_disk.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "toml/nearest_key.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every control of every window can be reached by keyboard, in an order that follows the steps, and
 // has a name for those who cannot see it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The library compiler.
 
 #include "ui/cli.h"

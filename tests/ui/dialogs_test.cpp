@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every rule of the parameter dialogs.
 
 #include "ui/registry.h"

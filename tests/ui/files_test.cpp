@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Backup, restore, compile, settings, and leaving the window.
 
 #include "system/results_viewer.h"

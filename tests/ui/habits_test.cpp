@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What people expect of a window: dropping files, access letters, things that are remembered.
 
 #include "ui/registry.h"

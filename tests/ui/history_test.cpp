@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Undo, redo and the history, and work on several materials at once.
 
 #include "ui/models/document_model.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Panels, places and sizes of the windows.
 
 #include "ui/registry.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The library browser.
 
 #include "bgl/bgl_files.h"

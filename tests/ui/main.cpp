@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Runs one of the test classes: test_ui NAME [arguments of the test library]
 
 #include "ui/program.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The model modifier and the label tool.
 
 #include "ui/cli.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The lists' models keep to the rules of item models, whatever index they are asked about.
 
 #include "source/open_source_set.h"

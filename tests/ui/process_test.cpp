@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // From Open to Save with all five kinds, against the command line given the same choices.
 
 #include "ui/cli.h"

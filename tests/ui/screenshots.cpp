@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Takes the pictures of the user guide: every form, in light and dark.
 //   screenshots FOLDER SUFFIX     QT_SCALE_FACTOR sets the size
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Opening a set, selecting its materials, leaving it.
 
 #include "ui/registry.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Prints how long the window takes to come up, and to open a set.
 //   window_speed NANOSECONDS [BASE]     the first being `date +%s%N` at the start
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Work that could be lost or written to the wrong place, and errors that nobody expects.
 
 #include "support/faulty_disk.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "source/line_store.h"
 #include "source/source_set.h"
 #include "source/text_files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // bglunpack INPUT OUTPUT FOLDER: writes the uncompressed contents of the BGL file INPUT to OUTPUT.
 //
 // The simulator's closed library sup.dll does the work. It is called in this small process of its

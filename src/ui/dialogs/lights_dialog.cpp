@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/lights_dialog.h"
 
 #include "ui/access_letters.h"

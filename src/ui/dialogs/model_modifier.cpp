@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/model_modifier.h"
 
 #include "aircraft/assemble_aircraft.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/tool_form.h"
 
 #include "ui/access_letters.h"

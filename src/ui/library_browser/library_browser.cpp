@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library_browser/library_browser.h"
 
 #include "base/errors.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The library browser's commands on BGL files.
 
 #include "base/errors.h"

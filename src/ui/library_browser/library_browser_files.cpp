@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The library browser's lists of drives, folders and files.
 
 #include "base/paths.h"

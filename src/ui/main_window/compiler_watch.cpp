@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/main_window/compiler_watch.h"
 
 #include "ui/models/message_log.h"

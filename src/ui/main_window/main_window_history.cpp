@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Undo and redo in the main window, and the list of what was done.
 
 #include "ui/main_window/controls.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The main window's arrangement: the steps on the left, a picture in the middle, panels as docks.
 
 #include "ui/main_window/controls.h"

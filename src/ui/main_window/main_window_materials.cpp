@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The main window's list of materials: selecting, sorting, filtering, and what belongs to a row.
 
 #include "objects/block_checks.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The main window's buttons and menus, and what Help shows.
 
 #include "base/paths.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The main window's commands on materials: their parameters, and Process.
 
 #include "base/text.h"

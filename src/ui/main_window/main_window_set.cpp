@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The main window's commands around the open set: choose, open, save, leave.
 
 #include "base/paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/main_window/tool_windows.h"
 
 #include "ui/dialogs/label_rename.h"

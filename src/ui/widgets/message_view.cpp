@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/widgets/message_view.h"
 
 #include "ui/models/message_log.h"

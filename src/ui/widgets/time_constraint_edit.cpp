@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/widgets/time_constraint_edit.h"
 
 #include "objects/parameters.h"

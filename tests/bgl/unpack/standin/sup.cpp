@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A stand-in for the simulator's closed library, for the tests of bglunpack. What it takes for a
 // compressed file is 128 bytes of header and then the uncompressed file, each byte's bits 01011010
 // turned over. The header's FL_spare2 says what is to happen: 1 unpacking, 2 failure with size 0,
