@@ -2,6 +2,7 @@
 #include "cli/cli.h"
 
 #include "base/windows1252.h"
+#include "problems/searched_libraries.h"
 #include "system/program_places.h"
 #include "upkeep/settings.h"
 
@@ -17,6 +18,11 @@ std::string Cli::program_folder() {
 std::vector<std::string> Cli::effects() {
     return effect_names(services(),
                         find_program_folder(*disk, program_places(program_folder_option)));
+}
+
+std::vector<KnownObject> Cli::searched_objects() {
+    return morvane::searched_objects(
+        *disk, find_program_folder(*disk, program_places(program_folder_option)));
 }
 
 std::string Cli::default_effect() {

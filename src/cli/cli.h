@@ -4,6 +4,7 @@
 #include "base/note.h"
 #include "cli/console_reporter.h"
 #include "cli/json_text.h"
+#include "problems/set_checks.h"
 #include "system/disk.h"
 #include "system/services.h"
 
@@ -39,6 +40,8 @@ struct Cli {
     std::string program_folder();
     /// The effect list. Writes nothing, so that no program folder is needed.
     std::vector<std::string> effects();
+    /// The objects that the last search of libraries found. Needs no program folder either.
+    std::vector<KnownObject> searched_objects();
     /// The effect that a recipe means when it names none: the first of the effect list.
     std::string default_effect();
 };

@@ -108,6 +108,7 @@ int check_set(Cli& cli, const CheckOptions& options, const Recipe* recipe) {
     }
     ProblemRequest request{set};
     request.effects = cli.effects();
+    request.objects = cli.searched_objects();
     request.opened_frame = &checked.set.frame;
     if (recipe != nullptr) {
         request.allowed = recipe->allow;
@@ -119,10 +120,12 @@ int check_set(Cli& cli, const CheckOptions& options, const Recipe* recipe) {
 int check_recipe_alone(Cli& cli, const CheckOptions& options, const Recipe& recipe) {
     std::vector<Problem> problems;
     const std::vector<std::string> effects = cli.effects();
+    const std::vector<KnownObject> objects = cli.searched_objects();
     for (const Assignment& assignment : recipe.assignments) {
         PlannedObject object = planned_object(recipe, assignment, 0);
         check_parameters_of(object, problems);
         check_effect_name(object, effects, problems);
+        check_identifier(object, objects, problems);
     }
     for (Problem& problem : problems) {
         problem.row.reset();

@@ -16,6 +16,7 @@ namespace {
 
 constexpr double lowest_mast = 0.1;
 constexpr double tolerable_metres = 0.5;
+constexpr double same_scale = 0.0006; // a search tells three decimals
 
 bool is_placed(Kind kind) {
     return kind == Kind::Effects || kind == Kind::Library;
@@ -175,7 +176,7 @@ std::optional<Guid128> guid_of(std::string_view text) {
 
 void check_scale(const PlannedObject& object, const KnownObject& known, Problems& problems) {
     const auto scale = real_number(object.parameters.library.libScale);
-    if (known.scale && scale && std::abs(*scale - *known.scale) > 1e-4) {
+    if (known.scale && scale && std::abs(*scale - *known.scale) > same_scale) {
         problems.push_back(of_object(object, Severity::Warning, "scale-differs",
                                      "the scale is " + object.parameters.library.libScale +
                                          ", but the object in " + known.file + " was designed at " +
