@@ -75,6 +75,8 @@ bool Document::open(const std::string& base) {
     if (opened || !set_.opened) { // else the files are missing and the set that was open stays
         done_.clear();
         undone_.clear();
+        opened_frame_ = set_.frame;
+        allowed_.clear();
         listener_.opened();
         listener_.history_changed();
     }
@@ -117,6 +119,7 @@ ProcessResult Document::process(std::size_t row, Kind kind) {
 
 ApplyResult Document::apply(const Recipe& recipe, const RecipePlan& plan) {
     ApplyResult result = apply_recipe(services(), set_, recipe, plan, trace_folder_);
+    allow_too(recipe.allow);
     Step step{"recipe " + file_name_part(recipe.file), {}};
     for (ProcessedMaterial& material : result.processed) {
         step.materials.push_back(
@@ -139,6 +142,23 @@ ApplyResult Document::apply(const Recipe& recipe, const RecipePlan& plan) {
     }
     add_step(std::move(step));
     return result;
+}
+
+void Document::set_allowed(std::vector<std::string> codes) {
+    if (codes != allowed_) {
+        allowed_ = std::move(codes);
+        listener_.allowed_changed();
+    }
+}
+
+void Document::allow_too(const std::vector<std::string>& codes) {
+    std::vector<std::string> all = allowed_;
+    for (const std::string& code : codes) {
+        if (std::find(all.begin(), all.end(), code) == all.end()) {
+            all.push_back(code);
+        }
+    }
+    set_allowed(std::move(all));
 }
 
 SaveResult Document::save(const std::string& output) {
@@ -230,10 +250,19 @@ Recipe Document::recipe() const {
     for (const StepMaterial* material : processed_materials()) {
         made.push_back({material->row, material->kind, material->parameters});
     }
-    return record_recipe(set_, made);
+    Recipe recipe = record_recipe(set_, made);
+    recipe.allow = allowed_;
+    return recipe;
 }
 
-const std::vector<std::string>* Document::code_of(std::size_t row) const {
+const StepMaterial* Document::made(std::size_t row) const {
+    const std::vector<const StepMaterial*> materials = processed_materials();
+    const auto found = std::find_if(materials.begin(), materials.end(),
+                                    [row](const auto* material) { return material->row == row; });
+    return found == materials.end() ? nullptr : *found;
+}
+
+const Replacement* Document::replacement_of(std::size_t row) const {
     const std::vector<const StepMaterial*> materials = processed_materials();
     const auto found = std::find_if(materials.begin(), materials.end(),
                                     [row](const auto* material) { return material->row == row; });
@@ -241,7 +270,12 @@ const std::vector<std::string>* Document::code_of(std::size_t row) const {
         return nullptr;
     }
     // The set has a replacement for each processed material, in the same order.
-    return &set_.replacements.at(static_cast<std::size_t>(found - materials.begin())).code;
+    return &set_.replacements.at(static_cast<std::size_t>(found - materials.begin()));
+}
+
+const std::vector<std::string>* Document::code_of(std::size_t row) const {
+    const Replacement* replacement = replacement_of(row);
+    return replacement == nullptr ? nullptr : &replacement->code;
 }
 
 } // namespace morvane

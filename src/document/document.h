@@ -71,15 +71,28 @@ class Document {
     bool has_unsaved_work() const;
     /// The recipe that does again what was done: an assignment for each processed material.
     Recipe recipe() const;
-    /// The code of a processed material; null for one that is not.
+    /// The processed materials, in the order of Process.
+    std::vector<const StepMaterial*> processed_materials() const;
+    /// The step that processed a material; null for one that is not processed.
+    const StepMaterial* made(std::size_t row) const;
+    /// The code of a processed material and where it goes; null for one that is not.
+    const Replacement* replacement_of(std::size_t row) const;
     const std::vector<std::string>* code_of(std::size_t row) const;
+
+    /// The frame as it was opened.
+    const LineStore& opened_frame() const { return opened_frame_; }
+
+    /// Codes of problems that are switched off for the set, by its recipe or by hand. Open empties
+    /// the list; `recipe` takes it over.
+    const std::vector<std::string>& allowed() const { return allowed_; }
+    void set_allowed(std::vector<std::string> codes);
 
   private:
     class NoteKeeper;
 
     void add_step(Step step);
+    void allow_too(const std::vector<std::string>& codes);
     void exchange(Step& step, bool backwards);
-    std::vector<const StepMaterial*> processed_materials() const;
     Services services();
 
     Services services_;
@@ -91,6 +104,8 @@ class Document {
     std::vector<Step> done_;
     std::vector<Step> undone_;
     std::vector<Note> notes_;
+    std::vector<std::string> allowed_;
+    LineStore opened_frame_;
 };
 
 } // namespace morvane

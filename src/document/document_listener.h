@@ -24,6 +24,8 @@ class DocumentListener {
     virtual void history_changed() {}
     /// The document's notes are others.
     virtual void notes_changed() {}
+    /// Other codes of problems are switched off.
+    virtual void allowed_changed() {}
     /// The set was saved.
     virtual void saved() {}
 };

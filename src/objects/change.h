@@ -40,6 +40,8 @@ class Change {
     void exchange(OpenSet& set);
 
     std::size_t row() const { return row_; }
+    /// How many lines of the block were changed, from its opening line on.
+    std::size_t lines() const { return block_.count(); }
     /// Memory that is held beside the set, in bytes; an estimate.
     std::size_t bytes() const;
 

@@ -7,6 +7,7 @@
 #include "objects/block_checks.h"
 #include "objects/light_states.h"
 #include "objects/model_header.h"
+#include "objects/planned_code.h"
 #include "objects/rewrite.h"
 #include "objects/trace.h"
 #include "source/materials.h"
@@ -18,10 +19,6 @@
 namespace morvane {
 
 namespace {
-
-bool goes_after_bgl_end(Kind kind) {
-    return kind == Kind::Library || kind == Kind::Effects;
-}
 
 bool is_refused(const Services& services, const OpenSet& set, std::size_t row) {
     if (row == 0 || !set.opened) {
@@ -62,17 +59,7 @@ std::size_t insertion_line(const Services& services, OpenSet& set, const Transla
 }
 
 void file_code(OpenSet& set, std::size_t before_line, std::vector<std::string> code) {
-    if (set.replacements.size() == OpenSet::max_replacements) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, "more than 100 processed materials");
-    }
-    std::size_t lines = code.size();
-    for (const Replacement& replacement : set.replacements) {
-        lines += replacement.code.size();
-    }
-    if (lines > OpenSet::max_code_lines) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
-                           "more than 50000 lines of generated code");
-    }
+    require_room(set, code.size());
     set.replacements.push_back({before_line, std::move(code)});
 }
 
