@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QListWidget>
 #include <QPixmap>
 #include <QTabWidget>
@@ -57,6 +58,32 @@ void take_main_window(Rig& rig, const Album& album) {
     rig.select(3);
     choose(*rig.form, "typeOfObj", QStringLiteral("Lights"));
     album.take(*rig.form, QStringLiteral("main-window"));
+}
+
+// After what take_main_window does: a panel in front, and something selected.
+void take_panel(Rig& rig, const Album& album, const char* dock, const QString& name) {
+    auto& panel = control<QDockWidget>(*rig.form, dock);
+    panel.raise();
+    QTest::qWait(300); // the list of problems is made after a while
+    album.take(*rig.form, name);
+}
+
+void take_views(Rig& rig, const Album& album) {
+    const QSize size = rig.form->size();
+    rig.form->resize(1280, 720);
+    trigger(*rig.form, "actionNextProblem");
+    take_panel(rig, album, "problemDock", QStringLiteral("problems"));
+    rig.select(3);
+    take_panel(rig, album, "codeDock", QStringLiteral("code"));
+    rig.select(1);
+    trigger(*rig.form, "actionShowSource");
+    QWidget& source = rig.window("SourceWindow");
+    source.resize(1280, 720);
+    album.take(source, QStringLiteral("source"));
+    source.close();
+    rig.select(3);
+    control<QDockWidget>(*rig.form, "messagesDock").raise();
+    rig.form->resize(size);
 }
 
 void take_dialogs(Rig& rig, const Album& album) {
@@ -151,6 +178,7 @@ void take_all(const QString& folder, const QString& suffix) {
         QDir::setCurrent(QString::fromStdString(rig.folder.path()));
         const Album album(folder, QLatin1Char('-') + appearance_name(appearance) + suffix);
         take_main_window(rig, album);
+        take_views(rig, album);
         take_dialogs(rig, album);
         take_tools(rig, album);
         rig.dialogs.unsaved = Unsaved::Discard;

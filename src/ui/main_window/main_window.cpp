@@ -7,6 +7,7 @@
 #include "base/version.h"
 #include "ui/access_letters.h"
 #include "ui/main_window/controls.h"
+#include "ui/main_window/document_views.h"
 #include "ui/qt_text.h"
 #include "ui/widgets/file_drop.h"
 #include "upkeep/settings.h"
@@ -27,6 +28,7 @@ MainWindow::MainWindow(Desk& desk, QWidget* parent)
     prepare_materials();
     prepare_docks();
     prepare_history();
+    views_ = std::make_unique<DocumentViews>(*this, desk_, tools_, *ui_->menuEdit);
     connect_changes();
     connect_document();
     connect_buttons();

@@ -28,6 +28,8 @@ class QListWidget;
 
 namespace morvane {
 
+class DocumentViews;
+
 /// The main window: the steps from Open to Save, the message log, and the way to the other tools.
 /// It is a view of the document and starts its commands.
 class MainWindow : public QMainWindow {
@@ -181,6 +183,7 @@ class MainWindow : public QMainWindow {
     bool fitting_columns_ = false;
     bool late_work_noted_ = false; // work after Save, since Open
     ToolWindows tools_;
+    std::unique_ptr<DocumentViews> views_;
     CompilerWatch compiler_;
     QListWidget* history_ = nullptr;
     QByteArray first_layout_; // of the docks, as it is before anybody has moved one

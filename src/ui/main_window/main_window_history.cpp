@@ -29,6 +29,9 @@ void MainWindow::prepare_history() {
     history_->setAccessibleName(tr("History"));
     add_panel(*history_, QStringLiteral("historyDock"), tr("History"));
     ui_->menuEdit->setToolTipsVisible(true);
+#ifdef Q_OS_WIN
+    ui_->actionRedo->setShortcuts({ui_->actionRedo->shortcut(), Qt::CTRL | Qt::Key_Y});
+#endif
     const auto go = [this](const QListWidgetItem* item) {
         if (item == nullptr) {
             return; // the list was filled anew by the click before

@@ -3,8 +3,8 @@
 // The main window's list of materials: selecting, sorting, filtering, and what belongs to a row.
 
 #include "objects/block_checks.h"
-#include "source/source_set.h"
 #include "ui/main_window/controls.h"
+#include "ui/main_window/document_views.h"
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
 #include "ui/widgets/platform_color.h"
@@ -189,7 +189,7 @@ void MainWindow::copy_rows() {
 
 void MainWindow::show_source() {
     if (const std::size_t row = selected_row(); row > 0) {
-        tools_.show_text(model_file_name(set().base), set().translation(row).block.selecting_line);
+        views_->show_source(row);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "ui/dialogs/label_rename.h"
 #include "ui/dialogs/library_compiler.h"
 #include "ui/dialogs/model_modifier.h"
+#include "ui/dialogs/source_window.h"
 #include "ui/dialogs/text_viewer.h"
 #include "ui/library_browser/library_browser.h"
 
@@ -63,6 +64,13 @@ void ToolWindows::show_text(const std::string& path, std::size_t line) {
     own_viewer().go_to(line);
 }
 
+SourceWindow& ToolWindows::source_window(DocumentModel& document) {
+    if (!source_window_) {
+        source_window_ = std::make_unique<SourceWindow>(desk_, state_, document);
+    }
+    return *source_window_;
+}
+
 TextViewer& ToolWindows::own_viewer() {
     if (!viewer_) {
         viewer_ = std::make_unique<TextViewer>(desk_, state_);
@@ -72,7 +80,7 @@ TextViewer& ToolWindows::own_viewer() {
 
 bool ToolWindows::close_all() {
     return close(model_modifier_) && close(library_browser_) && close(label_rename_) &&
-           close(library_compiler_) && close(viewer_);
+           close(library_compiler_) && close(viewer_) && close(source_window_);
 }
 
 } // namespace morvane

@@ -12,8 +12,10 @@
 
 namespace morvane {
 
+class DocumentModel;
 class LibraryBrowser;
 class ResultsViewer;
+class SourceWindow;
 class TextViewer;
 class WindowState;
 class LabelRename;
@@ -41,6 +43,9 @@ class ToolWindows {
     /// Shows a text file at a line, from 1, in the window's own viewer.
     void show_text(const std::string& path, std::size_t line);
 
+    /// The files of the open set, side by side with what Save would write.
+    SourceWindow& source_window(DocumentModel& document);
+
     /// Closes all of them; false when one refuses.
     bool close_all();
 
@@ -54,6 +59,7 @@ class ToolWindows {
     std::unique_ptr<LabelRename> label_rename_;
     std::unique_ptr<LibraryCompiler> library_compiler_;
     std::unique_ptr<TextViewer> viewer_;
+    std::unique_ptr<SourceWindow> source_window_;
 };
 
 } // namespace morvane

@@ -17,6 +17,7 @@ class DocumentModel::Listener final : public DocumentListener {
     void parameters_changed() override { Q_EMIT model_.parameters_changed(); }
     void history_changed() override { Q_EMIT model_.history_changed(); }
     void notes_changed() override { Q_EMIT model_.notes_changed(); }
+    void allowed_changed() override { Q_EMIT model_.allowed_changed(); }
     void saved() override {
         model_.rows_in_files_ = model_.processed_rows();
         Q_EMIT model_.saved();
@@ -31,18 +32,6 @@ DocumentModel::DocumentModel(const Services& services, std::optional<std::string
       document_(std::make_unique<Document>(services, *listener_, std::move(trace_folder))) {}
 
 DocumentModel::~DocumentModel() = default;
-
-const StepMaterial* DocumentModel::made(std::size_t row) const {
-    const std::vector<Step>& steps = document_->done();
-    for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
-        for (const StepMaterial& material : step->materials) {
-            if (material.row == row && material.processed) {
-                return &material;
-            }
-        }
-    }
-    return nullptr;
-}
 
 std::size_t DocumentModel::processed_rows() const {
     return set().opened ? set().translations.size() - set().unprocessed() : 0;

@@ -25,7 +25,7 @@ class DocumentModel : public QObject {
     const OpenSet& set() const { return document_->set(); }
 
     /// The material as the last step left it; null for a row that is not processed.
-    const StepMaterial* made(std::size_t row) const;
+    const StepMaterial* made(std::size_t row) const { return document_->made(row); }
     /// Whether materials were processed that are in no file: also those processed after Save, which
     /// cannot be saved any more.
     bool has_unsaved_work() const;
@@ -38,6 +38,7 @@ class DocumentModel : public QObject {
     void parameters_changed();
     void history_changed();
     void notes_changed();
+    void allowed_changed();
     void saved();
 
   private:

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "problems/problem.h"
+#include "problems/quiet_reporter.h"
+#include "ui/desk.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstddef>
+#include <string>
+
+class QDockWidget;
+class QMenu;
+
+namespace morvane {
+
+class CodePanel;
+class DocumentModel;
+class MainWindow;
+class ProblemPanel;
+class ToolWindows;
+
+/// The main window's views of the document that only look at it: the list of problems, the code of
+/// the selected material, and the source.
+class DocumentViews : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Adds the panels to the window, and the commands for problems to its Edit menu.
+    DocumentViews(MainWindow& window, Desk& desk, ToolWindows& tools, QMenu& edit_menu);
+
+    /// Shows the source at the line that selects a material, from 1.
+    void show_source(std::size_t row);
+
+  private:
+    void add_commands(QMenu& edit_menu);
+    void connect_document();
+    void check_soon();
+    void check();
+    void show_problem(const Problem& problem);
+    void select_material_of(const Problem& problem);
+    void follow_problem(const Problem& problem);
+    void switch_code(const std::string& code, bool off);
+    void show_code();
+
+    MainWindow& window_;
+    Desk& desk_;
+    ToolWindows& tools_;
+    DocumentModel& document_;
+    ProblemPanel* problems_;
+    QDockWidget* problem_dock_ = nullptr;
+    CodePanel* code_;
+    QDockWidget* code_dock_ = nullptr;
+    bool code_seen_ = false; // its tab is in front
+    QTimer wait_;
+    QuietReporter silent_;
+};
+
+} // namespace morvane
