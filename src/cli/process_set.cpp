@@ -4,7 +4,6 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "cli/console.h"
-#include "objects/block_checks.h"
 #include "objects/macro_include.h"
 #include "objects/save.h"
 #include "objects/unified_diff.h"
@@ -104,17 +103,10 @@ bool make_plan(SetRun& run) {
 }
 
 // A line for each planned material that Process would not take as a whole.
-std::string unfit_materials(const SetRun& run) {
+std::string unfit_text(const SetRun& run) {
     std::string text;
-    for (const PlannedStep& step : run.plan.steps) {
-        const Assignment& assignment = run.recipe.assignments.at(step.assignment);
-        const Translation& material = run.set.translation(step.row);
-        const BlockFinding finding = check_block(run.set, material);
-        if (finding.state != BlockState::Fit) {
-            text += file_of(run.recipe, assignment) + ":" + to_text(assignment.source_line) + ": " +
-                    full_name(material) + " " + finding.text + " (" +
-                    model_file_name(run.set.base) + ":" + to_text(finding.line) + ")\n";
-        }
+    for (const Note& note : unfit_materials(run.set, run.recipe, run.plan)) {
+        text += place_and_text(note) + "\n";
     }
     return text;
 }
@@ -197,7 +189,7 @@ SetResult finish(SetRun& run) {
 
 SetResult apply_and_save(SetRun& run) {
     ConsoleReporter& reporter = run.cli.reporter;
-    if (const std::string unfit = unfit_materials(run); !unfit.empty() && !run.options.force) {
+    if (const std::string unfit = unfit_text(run); !unfit.empty() && !run.options.force) {
         return stop(run, refusal(), unfit + "Nothing was changed. --force skips this check.");
     }
     const bool trace = run.options.trace && !run.options.dry_run;

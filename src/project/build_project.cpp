@@ -74,6 +74,7 @@ class Build {
         const PlannedBuildStep* planned = nullptr;
         StepResult result;
         bool finished = false;
+        bool postponed = false;
     };
 
     std::string in_folder(const std::string& name) const {
@@ -115,7 +116,9 @@ class Build {
             lock_ = disk_.create_temporary(in_folder(lock_name), {});
             return true;
         } catch (const RuntimeError& error) {
-            if (error.code() != ErrorNumber::PermissionDenied) {
+            const bool locked = error.code() == ErrorNumber::PermissionDenied &&
+                                disk_.is_file(in_folder(lock_name));
+            if (!locked) { // the folder cannot be written to
                 throw;
             }
             refuse("another build uses the folder " + project_.folder);
@@ -292,14 +295,15 @@ class Build {
         }
     }
 
-    // False when the step failed.
+    // False when the step failed or was postponed.
     bool make_task(Task& task, StepRecord& record) {
         const PlannedBuildStep& planned = *task.planned;
         if (macros_problem_ && planned.step.kind != StepKind::Library) {
             task.result.problems.push_back(*macros_problem_);
             return false;
         }
-        StepSources made = make_sources(disk_, project_, plan_, planned);
+        StepSources made = make_sources(disk_, project_, plan_, planned, options_.may_read);
+        task.postponed = made.postponed;
         task.result.problems = std::move(made.problems);
         if (!made.ok) {
             return false;
@@ -385,14 +389,16 @@ class Build {
 
     void finish(Task& task, StepRecord record) {
         const std::lock_guard guard(mutex_);
-        const bool stopped = !record.made && interrupted();
+        const bool stopped = !record.made && (task.postponed || interrupted());
         task.result.state = record.made ? StepState::Made
                             : stopped   ? StepState::NotReached
                                         : StepState::Failed;
         failed_ = failed_ || task.result.state == StepState::Failed;
         task.finished = true;
-        before_.erase(task.planned->step.name);
-        manifest_.steps[task.planned->step.name] = std::move(record);
+        if (!task.postponed) { // else what was known of it comes back in the end
+            before_.erase(task.planned->step.name);
+            manifest_.steps[task.planned->step.name] = std::move(record);
+        }
         try {
             if (std::chrono::steady_clock::now() - saved_at_ > manifest_interval) {
                 save_manifest();

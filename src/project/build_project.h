@@ -2,6 +2,7 @@
 #pragma once
 
 #include "project/build_plan.h"
+#include "project/export_watch.h"
 
 #include <cstddef>
 #include <functional>
@@ -42,6 +43,10 @@ struct BuildOptions {
     /// Runs the compiler's words in a folder to its end; called by several threads at once.
     std::function<CompilerEnd(const std::vector<std::string>& words, const std::string& folder)>
         compile{};
+    /// Whether an export may be read whose files are like this; called by several threads at once.
+    /// A step of one that may not, or that changes while it is read, is not reached and stays as it
+    /// was. Empty: every export is read, and one that changes meanwhile fails its step.
+    ExportGate may_read{};
     /// Whether to stop early; steps that are being made are ended in good order.
     std::function<bool()> interrupted{};
     /// Called for each step in the order of the project, with its place among all, from 1.

@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/text.h"
 #include "source/source_set.h"
+#include "system/file_bytes.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -76,6 +77,22 @@ bool is_pair_quiet(ExportWatch& watch, const PairStamps& now, ExportWatch::Clock
         watch.since = time;
     }
     return now != watch.taken && now.model && now.frame && time - watch.since >= quiet;
+}
+
+std::string export_incompleteness(Disk& disk, const std::string& base) {
+    try {
+        const std::string model =
+            model_incompleteness(read_bytes(disk, model_file_name(base)).view());
+        if (!model.empty()) {
+            return model_file_name(base) + ": the export is incomplete: " + model;
+        }
+        const std::string frame =
+            frame_incompleteness(read_bytes(disk, frame_file_name(base)).view());
+        return frame.empty() ? frame
+                             : frame_file_name(base) + ": the export is incomplete: " + frame;
+    } catch (const RuntimeError& error) {
+        return error.what();
+    }
 }
 
 std::string model_incompleteness(std::string_view model) {

@@ -4,6 +4,7 @@
 #include "system/disk.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,9 @@ struct PairStamps {
 
 /// Looks at the files of a set. A file that cannot be looked at counts as missing. Never throws.
 PairStamps look_at_pair(Disk& disk, const std::string& base);
+
+/// Whether the export of a base path may be read while its files are like this.
+using ExportGate = std::function<bool(const std::string& base, const PairStamps& now)>;
 
 /// How long both files of a set have to stay unchanged before they are read: exporters write one
 /// after the other, and in pieces.
@@ -41,6 +45,10 @@ ExportWatch begin_export_watch(const PairStamps& now, ExportWatch::Clock::time_p
 /// are there, and both have been unchanged for `quiet`: then it is time to read them.
 bool is_pair_quiet(ExportWatch& watch, const PairStamps& now, ExportWatch::Clock::time_point time,
                    std::chrono::milliseconds quiet = export_quiet_time);
+
+/// Why an export on the disk is incomplete, naming the file; empty when it is whole. A file that
+/// cannot be read makes it incomplete too. Never throws.
+std::string export_incompleteness(Disk& disk, const std::string& base);
 
 /// What an export lacks by its end marks; empty when it is whole. A whole model file has a BGL_END
 /// line, as many _LIST_END as _LIST_BEGIN and as many DRAW_TRI_END as DRAW_TRI_BEGIN; a whole frame

@@ -66,6 +66,9 @@ struct StepFailure {
     Problem problem;
 };
 
+/// What ends a step whose export must not be read now.
+struct Postponement {};
+
 [[noreturn]] void fail(const std::string& code, const std::string& text, const std::string& path) {
     throw StepFailure{{code, Severity::Error, text, path, 0, std::nullopt}};
 }
@@ -76,39 +79,51 @@ void require_complete(const std::string& path, const std::string& incompleteness
     }
 }
 
-void require_unchanged(Disk& disk, const Export& from) {
-    if (look_at_pair(disk, from.base) != from.stamps) {
-        fail("incomplete-export", "this export was changed while it was read",
-             frame_file_name(from.base));
-    }
-}
-
-Export read_export(Disk& disk, const std::string& base) {
-    Export from{base, {}, {}, look_at_pair(disk, base)};
-    for (const std::string& path : {model_file_name(base), frame_file_name(base)}) {
-        if (!disk.is_file(path)) {
-            fail("missing-export", "there is no such file", path);
-        }
-    }
-    from.model = read_bytes(disk, model_file_name(base));
-    from.frame = read_bytes(disk, frame_file_name(base));
-    require_unchanged(disk, from);
-    require_complete(model_file_name(base), model_incompleteness(from.model.view()));
-    require_complete(frame_file_name(base), frame_incompleteness(from.frame.view()));
-    return from;
-}
-
 /// One step while its sources are made.
 struct Making {
     Disk& disk;
     const std::map<std::string, std::string>& models;
-    StepReporter reporter;
-    std::vector<FileRecord> exports; // as they were read
+    const ExportGate& may_read;
+    StepReporter reporter{};
+    std::vector<FileRecord> exports{}; // as they were read
 
     Services services() { return {disk, reporter}; }
 
+    void require_unchanged(const Export& from) const {
+        if (look_at_pair(disk, from.base) == from.stamps) {
+            return;
+        }
+        if (may_read) {
+            throw Postponement();
+        }
+        fail("incomplete-export", "this export was changed while it was read",
+             frame_file_name(from.base));
+    }
+
+    Export read_export(const std::string& base) const {
+        Export from{base, {}, {}, look_at_pair(disk, base)};
+        if (may_read && !may_read(base, from.stamps)) {
+            throw Postponement();
+        }
+        if (!from.stamps.model || !from.stamps.frame) {
+            fail("missing-export", "there is no such file",
+                 from.stamps.model ? frame_file_name(base) : model_file_name(base));
+        }
+        try {
+            from.model = read_bytes(disk, model_file_name(base));
+            from.frame = read_bytes(disk, frame_file_name(base));
+        } catch (const RuntimeError&) {
+            require_unchanged(from); // perhaps it has just been deleted
+            throw;
+        }
+        require_unchanged(from);
+        require_complete(model_file_name(base), model_incompleteness(from.model.view()));
+        require_complete(frame_file_name(base), frame_incompleteness(from.frame.view()));
+        return from;
+    }
+
     Export take(const std::string& base) {
-        Export from = read_export(disk, base);
+        Export from = read_export(base);
         exports.push_back(
             {"export", model_file_name(base), *from.stamps.model, content_hash(from.model.view())});
         exports.push_back(
@@ -135,6 +150,19 @@ void refuse_errors(const RecipePlan& plan) {
     }
 }
 
+// A material that cannot be taken as a whole would be rewritten in part.
+void refuse_unfit(Making& making, const OpenSet& set, const Recipe& recipe,
+                  const RecipePlan& plan) {
+    const std::vector<Note> unfit = unfit_materials(set, recipe, plan);
+    for (const Note& note : unfit) {
+        making.reporter.problems.push_back(
+            {note.code, note.severity, note.text, note.path, note.line, std::nullopt});
+    }
+    if (!unfit.empty()) {
+        fail("failed", "it was not processed", model_file_name(set.base));
+    }
+}
+
 // Opens an export and carries the recipe out.
 void process(Making& making, OpenSet& set, const Recipe& recipe, const std::string& base) {
     const Services services = making.services();
@@ -143,6 +171,7 @@ void process(Making& making, OpenSet& set, const Recipe& recipe, const std::stri
     }
     const RecipePlan plan = plan_recipe(set, recipe);
     refuse_errors(plan);
+    refuse_unfit(making, set, recipe, plan);
     if (!apply_recipe(services, set, recipe, plan).ok) {
         fail("failed", "it was not processed", model_file_name(base));
     }
@@ -193,7 +222,7 @@ MadeSources make_set(Making& making, const PlannedBuildStep& planned, const std:
     const Export from = making.take(planned.step.base);
     OpenSet set;
     process(making, set, *planned.recipe, from.base);
-    require_unchanged(making.disk, from);
+    making.require_unchanged(from);
     const bool saved = set.frame_changed;
     if (!macros.empty()) {
         include_macros(set, macros);
@@ -277,6 +306,8 @@ StepSources caught(Making& making, const std::function<MadeSources()>& make) {
     try {
         result.sources = make();
         result.ok = true;
+    } catch (const Postponement&) {
+        return {false, true, {}, {}, {}};
     } catch (const StepFailure& failure) {
         // What the operation said itself is more than that it failed.
         const bool said =
@@ -297,8 +328,8 @@ StepSources caught(Making& making, const std::function<MadeSources()>& make) {
 } // namespace
 
 StepSources make_sources(Disk& disk, const Project& project, const BuildPlan& plan,
-                         const PlannedBuildStep& planned) {
-    Making making{disk, plan.models, {}, {}};
+                         const PlannedBuildStep& planned, const ExportGate& may_read) {
+    Making making{disk, plan.models, may_read};
     // What is not an export may change while the step is made; the next build then makes it again.
     std::vector<FileRecord> inputs;
     StepSources result = caught(making, [&] {
@@ -319,14 +350,14 @@ StepSources make_sources(Disk& disk, const Project& project, const BuildPlan& pl
 }
 
 StepSources make_single_set(Disk& disk, const std::string& base, const Recipe& recipe,
-                            const std::string& output) {
+                            const std::string& output, const ExportGate& may_read) {
     const std::map<std::string, std::string> no_models;
-    Making making{disk, no_models, {}, {}};
+    Making making{disk, no_models, may_read};
     return caught(making, [&] {
         const Export from = making.take(base);
         OpenSet set;
         process(making, set, recipe, base);
-        require_unchanged(disk, from);
+        making.require_unchanged(from);
         add_assembly_problems(making, set, recipe, output);
         return MadeSources{{frame_file_name(output), frame_text(set, from, set.frame_changed)},
                            {model_file_name(output), model_text(set, from)}};

@@ -14,13 +14,11 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <thread>
+#include <utility>
 
 namespace morvane {
 
 namespace {
-
-using Clock = ExportWatch::Clock;
 
 // A single file is followed as a pair of itself.
 PairStamps look_at_single(Disk& disk, const std::string& path) {
@@ -36,7 +34,7 @@ PairStamps look_at_single(Disk& disk, const std::string& path) {
 /// Follows exports and single files, and tells which of them are to be read again.
 class Files {
   public:
-    Files(Disk& disk, std::chrono::milliseconds quiet) : disk_(disk), quiet_(quiet) {}
+    Files(Disk& disk, const WatchOptions& options) : disk_(disk), options_(options) {}
 
     /// Follows these from now on; what was followed before keeps its state.
     void follow(const std::set<std::string>& exports, const std::set<std::string>& singles) {
@@ -54,6 +52,12 @@ class Files {
         return watch != exports_.end() && watch->second.seen != watch->second.taken;
     }
 
+    /// Whether the files of an export still are those that were quiet.
+    bool are_taken(const std::string& base, const PairStamps& now) const {
+        const auto watch = exports_.find(base);
+        return watch != exports_.end() && watch->second.taken == now;
+    }
+
   private:
     using Watches = std::map<std::string, ExportWatch>;
     using Look = PairStamps (*)(Disk&, const std::string&);
@@ -63,7 +67,7 @@ class Files {
         for (const std::string& name : names) {
             if (!watches.contains(name)) {
                 const PairStamps now = look(disk_, name);
-                ExportWatch& watch = watches[name] = begin_export_watch(now, Clock::now());
+                ExportWatch& watch = watches[name] = begin_export_watch(now, options_.now());
                 if (is_fresh(now.model) || is_fresh(now.frame)) {
                     watch.taken = {}; // somebody may be writing it
                 }
@@ -74,13 +78,13 @@ class Files {
     bool is_fresh(const std::optional<FileStamp>& stamp) const {
         using std::chrono::nanoseconds;
         const auto now = std::chrono::system_clock::now().time_since_epoch();
-        return stamp && now - nanoseconds(stamp->modified_ns) < quiet_;
+        return stamp && now - nanoseconds(stamp->modified_ns) < options_.quiet;
     }
 
     std::vector<std::string> quiet_of(Watches& watches, Look look) {
         std::vector<std::string> names;
         for (auto& [name, watch] : watches) {
-            if (is_pair_quiet(watch, look(disk_, name), Clock::now(), quiet_)) {
+            if (is_pair_quiet(watch, look(disk_, name), options_.now(), options_.quiet)) {
                 watch.taken = watch.seen;
                 names.push_back(name);
             }
@@ -89,27 +93,10 @@ class Files {
     }
 
     Disk& disk_;
-    std::chrono::milliseconds quiet_;
+    const WatchOptions& options_;
     Watches exports_;
     Watches singles_;
 };
-
-// Why an export is not to be read yet; empty when it is whole.
-std::string incompleteness(Disk& disk, const std::string& base) {
-    try {
-        const std::string model =
-            model_incompleteness(read_bytes(disk, model_file_name(base)).view());
-        if (!model.empty()) {
-            return model_file_name(base) + ": the export is incomplete: " + model;
-        }
-        const std::string frame =
-            frame_incompleteness(read_bytes(disk, frame_file_name(base)).view());
-        return frame.empty() ? frame
-                             : frame_file_name(base) + ": the export is incomplete: " + frame;
-    } catch (const RuntimeError& error) {
-        return error.what();
-    }
-}
 
 void say_all(const WatchOptions& options, const std::vector<std::string>& texts) {
     for (const std::string& text : texts) {
@@ -121,55 +108,57 @@ void say_all(const WatchOptions& options, const std::vector<std::string>& texts)
 
 bool is_worth_telling(const BuildResult& result) {
     return result.how != BuildResult::How::Done ||
-           std::any_of(result.steps.begin(), result.steps.end(),
-                       [](const StepResult& step) { return step.state != StepState::UpToDate; });
+           std::any_of(result.steps.begin(), result.steps.end(), [](const StepResult& step) {
+               return step.state == StepState::Made || step.state == StepState::Failed;
+           });
 }
 
-/// The loop that both watches share: `begin` makes everything and says what to follow, `changed`
-/// makes what belongs to exports that are whole again.
+/// One look of either watch: `begin` makes everything and says what to follow, `changed` makes what
+/// belongs to exports that are whole again.
 template <typename Begin, typename Changed>
-void run_watch(Disk& disk, const WatchOptions& options, Files& files, const Begin& begin,
-               const Changed& changed) {
-    begin();
-    while (!options.stopped()) {
-        std::this_thread::sleep_for(options.interval);
-        const bool anew = !files.quiet_singles().empty();
-        std::vector<std::string> whole;
-        for (const std::string& base : files.quiet_exports()) {
-            const std::string problem = incompleteness(disk, base);
-            if (problem.empty()) {
-                whole.push_back(base);
-            } else {
-                say_all(options, {problem});
-            }
+void look_at_files(Disk& disk, const WatchOptions& options, Files& files, const Begin& begin,
+                   const Changed& changed) {
+    const bool anew = !files.quiet_singles().empty();
+    std::vector<std::string> whole;
+    for (const std::string& base : files.quiet_exports()) {
+        const std::string problem = export_incompleteness(disk, base);
+        if (problem.empty()) {
+            whole.push_back(base);
+        } else {
+            say_all(options, {problem});
         }
-        if (anew) {
-            begin();
-        } else if (!whole.empty()) {
-            changed(whole);
-        }
+    }
+    if (anew) {
+        begin();
+    } else if (!whole.empty()) {
+        changed(whole);
     }
 }
 
-/// A watch on a project.
-class ProjectWatch {
+template <typename Watch>
+void run_watch(const WatchOptions& options, Watch& watch) {
+    watch.begin();
+    while (!options.stopped()) {
+        options.pass(options.interval);
+        watch.look();
+    }
+}
+
+} // namespace
+
+class ProjectWatch::State {
   public:
-    ProjectWatch(const Services& services, const std::string& file,
-                 const BuildSurroundings& surroundings, BuildOptions build,
-                 const WatchOptions& options)
-        : services_(services), file_(file), surroundings_(surroundings), build_(std::move(build)),
-          options_(options), files_(services.disk, options.quiet) {
+    State(const Services& services, std::string file, BuildSurroundings surroundings,
+          BuildOptions build, WatchOptions options)
+        : services_(services), file_(std::move(file)), surroundings_(std::move(surroundings)),
+          build_(std::move(build)), options_(std::move(options)), files_(services.disk, options_) {
         build_.keep_going = true;
-        build_.interrupted = options.stopped;
+        build_.interrupted = options_.stopped;
+        build_.may_read = [this](const std::string& base, const PairStamps& now) {
+            return files_.are_taken(base, now);
+        };
     }
 
-    void run() {
-        run_watch(
-            services_.disk, options_, files_, [this] { begin(); },
-            [this](const std::vector<std::string>& exports) { make(names_of(exports)); });
-    }
-
-  private:
     void begin() {
         ProjectReading reading = read_project(services_.disk, file_);
         project_ = reading.project.value_or(Project());
@@ -196,6 +185,13 @@ class ProjectWatch {
         }
     }
 
+    void look() {
+        look_at_files(
+            services_.disk, options_, files_, [this] { begin(); },
+            [this](const std::vector<std::string>& exports) { make(names_of(exports)); });
+    }
+
+  private:
     void follow() {
         const BuildPlan plan = plan_build(services_, project_, surroundings_);
         std::set<std::string> exports;
@@ -234,15 +230,17 @@ class ProjectWatch {
         }
     }
 
-    const Services& services_;
-    const std::string& file_;
-    const BuildSurroundings& surroundings_;
+    Services services_;
+    std::string file_;
+    BuildSurroundings surroundings_;
     BuildOptions build_;
-    const WatchOptions& options_;
+    WatchOptions options_;
     Files files_;
     Project project_;
     std::vector<std::pair<std::string, std::vector<std::string>>> steps_; // names, base paths
 };
+
+namespace {
 
 /// A watch on one set.
 class SetWatch {
@@ -251,15 +249,8 @@ class SetWatch {
              const std::string& output, const BuildSurroundings& surroundings,
              const WatchOptions& options)
         : services_(services), base_(base), recipe_path_(recipe), output_(output),
-          surroundings_(surroundings), options_(options), files_(services.disk, options.quiet) {}
+          surroundings_(surroundings), options_(options), files_(services.disk, options) {}
 
-    void run() {
-        run_watch(
-            services_.disk, options_, files_, [this] { begin(); },
-            [this](const std::vector<std::string>&) { make("exported again"); });
-    }
-
-  private:
     void begin() {
         RecipeReading reading =
             read_recipe(services_.disk, recipe_path_, surroundings_.default_effect);
@@ -271,11 +262,24 @@ class SetWatch {
         }
     }
 
+    void look() {
+        look_at_files(
+            services_.disk, options_, files_, [this] { begin(); },
+            [this](const std::vector<std::string>&) { make("exported again"); });
+    }
+
+  private:
     void make(const std::string& reason) {
         if (!read_) { // its errors were told
             return;
         }
-        StepSources made = make_single_set(services_.disk, base_, *read_, output_);
+        StepSources made = make_single_set(services_.disk, base_, *read_, output_,
+                                           [this](const std::string& base, const PairStamps& now) {
+                                               return files_.are_taken(base, now);
+                                           });
+        if (made.postponed) { // it is made when it is quiet again
+            return;
+        }
         StepResult step;
         step.name = file_name_part(base_);
         step.reason = first_ ? "new" : reason;
@@ -320,16 +324,34 @@ class SetWatch {
 
 } // namespace
 
+ProjectWatch::ProjectWatch(const Services& services, const std::string& project_file,
+                           const BuildSurroundings& surroundings, BuildOptions build,
+                           WatchOptions options)
+    : state_(std::make_unique<State>(services, project_file, surroundings, std::move(build),
+                                     std::move(options))) {}
+
+ProjectWatch::~ProjectWatch() = default;
+
+void ProjectWatch::begin() {
+    state_->begin();
+}
+
+void ProjectWatch::look() {
+    state_->look();
+}
+
 void watch_project(const Services& services, const std::string& project_file,
                    const BuildSurroundings& surroundings, BuildOptions build,
                    const WatchOptions& options) {
-    ProjectWatch(services, project_file, surroundings, std::move(build), options).run();
+    ProjectWatch watch(services, project_file, surroundings, std::move(build), options);
+    run_watch(options, watch);
 }
 
 void watch_set(const Services& services, const std::string& base, const std::string& recipe,
                const std::string& output, const BuildSurroundings& surroundings,
                const WatchOptions& options) {
-    SetWatch(services, base, recipe, output, surroundings, options).run();
+    SetWatch watch(services, base, recipe, output, surroundings, options);
+    run_watch(options, watch);
 }
 
 } // namespace morvane

@@ -117,6 +117,25 @@ bool write_last_traces(const Services& services, const OpenSet& set,
 
 } // namespace
 
+std::vector<Note> unfit_materials(const OpenSet& set, const Recipe& recipe,
+                                  const RecipePlan& plan) {
+    std::vector<Note> notes;
+    for (const PlannedStep& step : plan.steps) {
+        const Assignment& assignment = recipe.assignments.at(step.assignment);
+        const Translation& material = set.translation(step.row);
+        const BlockFinding finding = check_block(set, material);
+        if (finding.state != BlockState::Fit) {
+            notes.push_back(about_assignment(recipe, assignment,
+                                             full_name(material) + " " + finding.text + " (" +
+                                                 model_file_name(set.base) + ":" +
+                                                 to_text(finding.line) + ")"));
+            notes.back().severity = Severity::Error;
+            notes.back().code = block_note(set, material)->code;
+        }
+    }
+    return notes;
+}
+
 ApplyResult apply_recipe(const Services& services, OpenSet& set, const Recipe& recipe,
                          const RecipePlan& plan, const std::optional<std::string>& trace_folder) {
     ApplyResult result;

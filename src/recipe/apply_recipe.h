@@ -34,6 +34,10 @@ struct RecipePlan {
 /// that is left without any is an error unless it is optional.
 RecipePlan plan_recipe(const OpenSet& set, const Recipe& recipe);
 
+/// An error, at the recipe's line, for each planned material that Process would not take as a
+/// whole; the text names the line of the model file too. See check_block.
+std::vector<Note> unfit_materials(const OpenSet& set, const Recipe& recipe, const RecipePlan& plan);
+
 struct ProcessedMaterial {
     std::size_t row = 0;
     Kind kind = Kind::Lights;

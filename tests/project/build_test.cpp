@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/manifest.h"
 #include "project_fixture.h"
+#include "support/faulty_disk.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -18,6 +19,15 @@ using ::testing::SizeIs;
 const std::string with_compiler = "[project]\ncompiler = [\"cc\"]\n";
 
 using Build = ProjectTest;
+
+/// A disk on which nothing can be made.
+class UnwritableDisk final : public FaultyDisk {
+  public:
+    std::unique_ptr<WritableFile> create_temporary(const std::string& path,
+                                                   const std::string& /*model*/) override {
+        throw RuntimeError(ErrorNumber::PermissionDenied, path);
+    }
+};
 
 // What the step's first error says.
 std::string error_of(const BuildResult& result, std::size_t step = 0) {
@@ -238,6 +248,14 @@ TEST_F(Build, AnotherBuildKeepsTheFolder) {
     EXPECT_THAT(result.errors, ElementsAre(HasSubstr("another build uses the folder")));
 }
 
+TEST_F(Build, AFolderThatCannotBeWrittenToIsNotTakenForOneInUse) {
+    write_sets({"a"});
+    build();
+    UnwritableDisk unwritable;
+    const Services there{unwritable, reporter};
+    EXPECT_THROW(build_project(there, project(), surroundings, options), RuntimeError);
+}
+
 TEST_F(Build, ALockThatWasLeftBehindDoesNoHarm) {
     write_sets({"a"});
     folder.write("build/.morvane-build.lock", "");
@@ -345,6 +363,48 @@ TEST_F(Build, ARecipeThatMatchesNothingFailsItsStepWithTheNearestColors) {
     EXPECT_THAT(outcomes(result), ElementsAre("a: failed (new)"));
     EXPECT_THAT(error_of(result), HasSubstr("the nearest colours that are left: 7F7F7F"));
     EXPECT_EQ(result.steps[0].problems[0].line, 1U);
+}
+
+// The model file with a line among its triangles that is no triangle.
+std::string model_with_other_line() {
+    std::string model = model_text(2);
+    const std::string triangle = "    DRAW_TRI    0,   1,   2 ; poly=0 part=0\r\n";
+    return model.insert(model.find(triangle) + triangle.size(), "    MIPMAP 1\r\n");
+}
+
+TEST_F(Build, AMaterialWithMoreThanTrianglesFailsItsStepAsProcessDoes) {
+    write_sets({"a"});
+    folder.write("exports/a_0.asm", model_with_other_line());
+    const BuildResult result = build();
+    EXPECT_THAT(outcomes(result), ElementsAre("a: failed (new)"));
+    ASSERT_THAT(result.steps[0].problems, Not(IsEmpty()));
+    const Problem& problem = result.steps[0].problems[0];
+    EXPECT_EQ(problem.code, "other-lines");
+    EXPECT_THAT(problem.path, HasSubstr("red.toml"));
+    EXPECT_EQ(problem.line, 1U);
+    EXPECT_THAT(problem.text, HasSubstr("row 1 (MATERIAL 0"));
+    EXPECT_THAT(problem.text, HasSubstr("more than triangles before its DRAW_TRI_END"));
+    EXPECT_THAT(problem.text, HasSubstr("a_0.asm:14)"));
+    EXPECT_FALSE(folder.has("build/a_0.asm"));
+}
+
+TEST_F(Build, AMaterialWithoutATriangleFailsItsStep) {
+    write_sets({"a"});
+    folder.write("exports/a_0.asm", model_text(0));
+    const BuildResult result = build();
+    EXPECT_THAT(outcomes(result), ElementsAre("a: failed (new)"));
+    EXPECT_THAT(error_of(result), HasSubstr("has no triangle in its block"));
+}
+
+TEST_F(Build, AnExportThatIsRewrittenAlreadyFailsItsStep) {
+    write_sets({"a"});
+    build();
+    const std::string rewritten = output("a_0.asm");
+    folder.write("exports/a_0.asm", rewritten);
+    const BuildResult result = build();
+    EXPECT_THAT(outcomes(result), ElementsAre("a: failed (exported again)"));
+    EXPECT_THAT(error_of(result), HasSubstr("Already processed ?"));
+    EXPECT_EQ(output("a_0.asm"), rewritten);
 }
 
 TEST(ManifestFile, ReadsWhatWasWritten) {

@@ -48,7 +48,7 @@ void ProjectTest::write_sets(const std::vector<std::string>& names, const std::s
 }
 
 Project ProjectTest::project() const {
-    const ProjectReading reading = read_project(*disk, folder.file("morvane.toml"));
+    const ProjectReading reading = read_project(*disk, project_file);
     EXPECT_THAT(reading.errors, ::testing::IsEmpty());
     return reading.project.value_or(Project());
 }

@@ -43,6 +43,7 @@ class ProjectTest : public ::testing::Test {
     CompilerEnd compile(const std::vector<std::string>& words, const std::string& where);
 
     TempFolder folder;
+    std::string project_file = folder.file("morvane.toml");
     std::unique_ptr<Disk> disk = make_system_disk();
     RecordingReporter reporter;
     Services services{*disk, reporter};
