@@ -29,6 +29,7 @@ class Case:
     scratch: Sequence[str] = ()
     random: bytes = b""  # a pattern of what differs from run to run
     reports_only: bool = False  # writes nothing but scratch files
+    manifest: str = ""  # of a build: says at each moment what is made
     program: str = "cli"
 
 
@@ -60,6 +61,47 @@ def processed_since(*names):
         for name in names:
             with open(folder / name, "ab") as file:
                 file.write(b"; processed\r\n" * 3)
+    return setup
+
+
+BUILD = ("build", "--jobs", "1", "--keep-going")
+BUILD_SCRATCH = ["build/.morvane-build.json", "build/.morvane-build.lock"]
+SETS = """[[set]]
+base = "exports/apron"
+recipe = "recipes/apron.toml"
+suffix = "A"
+[[set]]
+base = "exports/tower"
+recipe = "recipes/tower.toml"
+"""
+OTHERS = """[[aircraft]]
+name = "glider"
+complete = "complete"
+shadow_optimization = true
+shadow = "shadow"
+compile = false
+[[library]]
+list = "objects.toml"
+output = "library.asm"
+"""
+
+
+def write_project(steps):
+    def setup(folder):
+        (folder / "morvane.toml").write_text(
+            '[project]\ncompiler = ["./compiler"]\nmacros = "morvane.inc"\n' + steps)
+        (folder / "morvane.inc").write_bytes(b"; macros\r\n")
+        compiler = folder / "compiler"
+        compiler.write_text('#!/bin/sh\nexec cp "$2" "${2%.asm}.bgl"\n')
+        compiler.chmod(0o755)
+    return setup
+
+
+def export_again(*names):
+    def setup(folder):
+        for name in names:
+            with open(folder / name, "ab") as file:
+                file.write(b"; exported again\r\n")
     return setup
 
 
@@ -137,6 +179,16 @@ CASES = {
         ["examples/library", "tests/golden/library-generate-guids/in"], stepwise=True,
         random=rb"(0[0-9A-F]{8}, ){3}0[0-9A-F]{8}",
         scratch=["library.asm"]),  # sorted by identifiers that are new every time
+    "build-first": Case(BUILD, ["examples/project"], write_project(SETS), status_when_done=0,
+                        scratch=BUILD_SCRATCH, manifest="build/.morvane-build.json"),
+    "build-again": Case(BUILD, ["examples/project"], write_project(SETS), before=[BUILD],
+                        after=export_again("exports/apron_0.asm", "exports/tower_0.asm",
+                                           "morvane.inc"),
+                        status_when_done=0, scratch=BUILD_SCRATCH,
+                        manifest="build/.morvane-build.json"),
+    "build-others": Case(BUILD, ["examples/aircraft-flex", "examples/library"],
+                         write_project(OTHERS), status_when_done=0, scratch=BUILD_SCRATCH,
+                         manifest="build/.morvane-build.json"),
     "settings": Case(("home",), program="write_settings", stepwise=True),
 }
 

@@ -11,6 +11,7 @@ every way there is. After each run the files are looked at: whole, old or new, a
 
 import argparse
 import errno
+import json
 import re
 import shutil
 import subprocess
@@ -275,12 +276,54 @@ class Runs:
                        lambda n=n, always=always: self.read_short_at(n, always))
 
 
+class BuildRuns(Runs):
+    """A build makes what it can: after each run its files are whole, its manifest says nothing that
+    is not so, and the next build makes the rest."""
+
+    def require_whole(self, work, result):
+        super().require_whole(work, result)
+        manifest = work / self.case.manifest
+        if not manifest.exists():
+            return
+        steps = json.loads(manifest.read_text(encoding="utf-8"))["steps"]
+        for name, step in steps.items():
+            for file in step["outputs"] if step["made"] else []:
+                self.require_as_recorded(manifest.parent / file["path"], file, name, result)
+
+    def require_as_recorded(self, path, file, step, result):
+        require(path.exists(), f"{path.name} of {step} is said to be made, but missing", result)
+        found = path.stat()
+        require((found.st_size, found.st_mtime_ns) == (file["size"], file["modified"]),
+                f"{path.name} of {step} is not what the manifest says", result)
+
+    def read_fails_at(self, n, code):
+        self.one_fault(n, code, READ_FAILURES[code])
+
+    def fail_at(self, n, code):
+        self.one_fault(n, code, FAILURES[code])
+
+    def one_fault(self, n, code, words):
+        with Scratch() as scratch:
+            work = self.fresh_copy(scratch)
+            result = self.run(work, FAULTS_AT=str(n), FAULTS_DO=str(code))
+            require(result.returncode in (0, 1, 2), "the exit status is not 0, 1 or 2", result)
+            if result.returncode == 0:
+                self.require_state(work, self.new, result, strays_allowed=True)
+            else:
+                self.require_whole(work, result)
+                require(result.stderr, "nothing says why", result)
+                said = (result.stdout + result.stderr).decode("latin-1")
+                require(not words or words[1] in said, f"nothing says '{words[-1:]}'", result)
+            self.run_again(work)
+
+
 def run_case(program, name):
     """Number of runs, and what went wrong."""
     wrong = []
     with Scratch() as folder:
         try:
-            runs = Runs(program, CASES[name], folder)
+            kind = BuildRuns if CASES[name].manifest else Runs
+            runs = kind(program, CASES[name], folder)
         except Broken as broken:
             return 0, 0, [f"{name}: {broken}"]
         for what, fault in runs.all_faults():
