@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "objects/parameter_checks.h"
+#include "objects/unique_labels.h"
 #include "recipe/record_recipe.h"
 #include "source/materials.h"
 #include "source/open_source_set.h"
@@ -38,13 +39,27 @@ class Document::NoteKeeper final : public Reporter {
         document_.notes_.clear();
         document_.listener_.notes_changed();
     }
-    void message_box(std::string_view text, Icon icon) override { user_.message_box(text, icon); }
+    void message_box(std::string_view text, Icon icon) override {
+        if (boxes == Boxes::All || (boxes == Boxes::NoSuccess && icon != Icon::Information)) {
+            user_.message_box(text, icon);
+        } else if (icon == Icon::Information) {
+            add_message(text);
+        } else {
+            note({std::string(text), {}, 0, Severity::Warning});
+        }
+    }
     bool ask(std::string_view text, Icon icon, std::string_view title) override {
-        return user_.ask(text, icon, title);
+        if (boxes != Boxes::None) {
+            return user_.ask(text, icon, title);
+        }
+        message_box(text, icon);
+        return false;
     }
     bool progress(std::string_view what, std::size_t done, std::size_t total) override {
         return user_.progress(what, done, total);
     }
+
+    Boxes boxes = Boxes::All;
 
   private:
     Document& document_;
@@ -83,6 +98,28 @@ bool Document::open(const std::string& base) {
     return opened;
 }
 
+void Document::note(const Note& note) {
+    reporter_->note(note);
+}
+
+void Document::replace_set(OpenSet set) {
+    set_ = std::move(set);
+    opened_frame_ = set_.frame;
+    done_.clear();
+    undone_.clear();
+}
+
+void Document::with_boxes(Boxes boxes, const std::function<void()>& command) {
+    const Boxes before = std::exchange(reporter_->boxes, boxes);
+    try {
+        command();
+    } catch (...) {
+        reporter_->boxes = before;
+        throw;
+    }
+    reporter_->boxes = before;
+}
+
 void Document::set_default_parameters(const Parameters& parameters) {
     parameters_ = parameters;
     listener_.parameters_changed();
@@ -103,6 +140,9 @@ ProcessResult Document::process(std::size_t row, Kind kind) {
     if (!result.change) {
         return result;
     }
+    if (result.processed && unique_labels_) {
+        number_repeated_label(set_, row);
+    }
     if (result.processed) {
         for (Note note : parameter_notes(kind, parameters_)) {
             note.text = row_and_number(set_.translation(row)) + ": " + note.text;
@@ -110,6 +150,7 @@ ProcessResult Document::process(std::size_t row, Kind kind) {
         }
     }
     Step step{process_name(set_.translation(row)), {}};
+    step.unique_labels = unique_labels_;
     step.materials.push_back({row, kind, parameters_, result.processed, std::move(*result.change)});
     result.change.reset();
     listener_.changed(row);
@@ -117,10 +158,14 @@ ProcessResult Document::process(std::size_t row, Kind kind) {
     return result;
 }
 
-ApplyResult Document::apply(const Recipe& recipe, const RecipePlan& plan) {
+ApplyResult Document::apply(const Recipe& given, const RecipePlan& plan) {
+    Recipe recipe = given;
+    recipe.unique_labels = recipe.unique_labels || unique_labels_;
     ApplyResult result = apply_recipe(services(), set_, recipe, plan, trace_folder_);
     allow_too(recipe.allow);
     Step step{"recipe " + file_name_part(recipe.file), {}};
+    step.macros = recipe.macros;
+    step.unique_labels = recipe.unique_labels;
     for (ProcessedMaterial& material : result.processed) {
         step.materials.push_back(
             {material.row, material.kind, material.parameters, true, std::move(material.change)});
@@ -161,8 +206,9 @@ void Document::allow_too(const std::vector<std::string>& codes) {
     set_allowed(std::move(all));
 }
 
-SaveResult Document::save(const std::string& output) {
-    SaveResult result = save_set(services(), set_, output);
+SaveResult Document::save(const std::string& output, Boxes boxes) {
+    SaveResult result;
+    with_boxes(boxes, [&] { result = save_set(services(), set_, output); });
     if (result.saved) {
         listener_.saved();
         listener_.history_changed();
@@ -245,13 +291,22 @@ std::vector<const StepMaterial*> Document::processed_materials() const {
     return materials;
 }
 
-Recipe Document::recipe() const {
+std::vector<MadeMaterial> Document::made_materials() const {
     std::vector<MadeMaterial> made;
     for (const StepMaterial* material : processed_materials()) {
         made.push_back({material->row, material->kind, material->parameters});
     }
-    Recipe recipe = record_recipe(set_, made);
+    return made;
+}
+
+Recipe Document::recipe() const {
+    Recipe recipe = record_recipe(set_, made_materials());
     recipe.allow = allowed_;
+    recipe.unique_labels = unique_labels_;
+    for (const Step& step : done_) {
+        recipe.macros = step.macros.empty() ? recipe.macros : step.macros;
+        recipe.unique_labels = recipe.unique_labels || step.unique_labels;
+    }
     return recipe;
 }
 

@@ -3,18 +3,25 @@
 
 #include "base/note.h"
 #include "document/document_listener.h"
+#include "document/reload.h"
 #include "document/step.h"
 #include "objects/save.h"
+#include "recipe/record_recipe.h"
 #include "source/open_set.h"
 #include "system/services.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace morvane {
+
+/// Which message boxes of a command the user is to see; the others become lines of the log. A
+/// question that nobody sees is answered with No.
+enum class Boxes { All, NoSuccess, None };
 
 /// The open source set with everything that belongs to it: the parameters in force, what was done
 /// to it and can be undone, and the notes about it. What the user is told goes through the
@@ -42,6 +49,20 @@ class Document {
     /// when its files are missing the set that was open stays. The history is empty afterwards.
     bool open(const std::string& base);
 
+    /// Opens the open set's files again and applies `recipe` to the materials that are marked now,
+    /// in one step; an assignment that matches none is left out. No message box is shown. The
+    /// parameters in force stay. `is_current` is asked once the files have been read: whether they
+    /// are still those that were to be read.
+    Reload reload(Recipe recipe, const std::function<bool()>& is_current);
+
+    /// Whether labels are numbered that would occur twice, as a recipe's unique_labels does. Counts
+    /// for what is processed from now on.
+    void set_unique_labels(bool unique) { unique_labels_ = unique; }
+    bool unique_labels() const { return unique_labels_; }
+
+    /// Adds a note about the set.
+    void note(const Note& note);
+
     /// Puts other parameters in force. A step, unless nothing changes.
     void set_parameters(const Parameters& parameters);
     /// Puts parameters in force without a step: defaults that are known only at the start.
@@ -55,7 +76,7 @@ class Document {
     ApplyResult apply(const Recipe& recipe, const RecipePlan& plan);
 
     /// The Save command. Afterwards the steps can be read, but not undone.
-    SaveResult save(const std::string& output);
+    SaveResult save(const std::string& output, Boxes boxes = Boxes::All);
 
     bool can_undo() const { return undo_refusal().empty() && !done_.empty(); }
     bool can_redo() const { return undo_refusal().empty() && !undone_.empty(); }
@@ -69,7 +90,8 @@ class Document {
 
     /// Whether something was processed that is not saved.
     bool has_unsaved_work() const;
-    /// The recipe that does again what was done: an assignment for each processed material.
+    /// The recipe that does again what was done: an assignment for each processed material, and the
+    /// macros that recipes have included.
     Recipe recipe() const;
     /// The processed materials, in the order of Process.
     std::vector<const StepMaterial*> processed_materials() const;
@@ -77,6 +99,9 @@ class Document {
     const StepMaterial* made(std::size_t row) const;
     /// The code of a processed material and where it goes; null for one that is not.
     const Replacement* replacement_of(std::size_t row) const;
+    /// What was made of which material, in its order.
+    std::vector<MadeMaterial> made_materials() const;
+    /// The code of a processed material; null for one that is not.
     const std::vector<std::string>* code_of(std::size_t row) const;
 
     /// The frame as it was opened.
@@ -92,6 +117,9 @@ class Document {
 
     void add_step(Step step);
     void allow_too(const std::vector<std::string>& codes);
+    void replace_set(OpenSet set);
+    std::vector<Assignment> apply_again(Recipe recipe);
+    void with_boxes(Boxes boxes, const std::function<void()>& command);
     void exchange(Step& step, bool backwards);
     Services services();
 
@@ -106,6 +134,7 @@ class Document {
     std::vector<Note> notes_;
     std::vector<std::string> allowed_;
     LineStore opened_frame_;
+    bool unique_labels_ = false;
 };
 
 } // namespace morvane

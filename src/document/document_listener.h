@@ -16,6 +16,9 @@ class DocumentListener {
 
     /// Another set is open, or none is any more because the files could not be used.
     virtual void opened() {}
+    /// The files of the set that is open were read again: nothing is processed, as after `opened`,
+    /// but it is the same set, and views keep their places.
+    virtual void reloaded() { opened(); }
     /// A row of the material list (from 1) was processed, given up, undone or redone.
     virtual void changed(std::size_t /*row*/) {}
     /// The parameters in force are others, by set_parameters, undo or redo.

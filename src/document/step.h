@@ -29,6 +29,9 @@ struct Step {
     // The parameters that are not in force now: those before the step, and those after it while the
     // step is undone. Only for a change of the parameters.
     std::optional<Parameters> parameters{};
+    // What the recipe of the step asked for besides its assignments.
+    std::string macros{};
+    bool unique_labels = false;
 
     /// Memory that is held to undo the step, in bytes; an estimate.
     std::size_t bytes() const;
