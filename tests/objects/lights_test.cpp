@@ -3,10 +3,15 @@
 
 #include <gmock/gmock.h>
 
+#include <string_view>
+#include <utility>
+#include <vector>
+
 namespace morvane::test {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::Pair;
 
 const std::string first_light = "    BGL_LIGHT LIGHT_STROBE, 0.000000, 0.000000, 0.000000, 100 "
                                 ",0.4, 0.04, 0FFFF8000h, 0.000000, 1.000000, 0.000000";
@@ -90,17 +95,18 @@ TEST_F(LightsTest, EmptyTextsBecomeEmptyOperands) {
 }
 
 TEST(LightTypes, SwitchBitsSkip32) {
-    EXPECT_EQ(light_switch_bit("LIGHT_NAV"), 1);
-    EXPECT_EQ(light_switch_bit("LIGHT_BEACON"), 2);
-    EXPECT_EQ(light_switch_bit("LIGHT_LANDING"), 4);
-    EXPECT_EQ(light_switch_bit("LIGHT_TAXI"), 8);
-    EXPECT_EQ(light_switch_bit("LIGHT_STROBE"), 16);
+    std::vector<std::pair<std::string_view, int>> entries;
+    for (const LightTypeEntry& entry : light_types) {
+        entries.emplace_back(entry.text, entry.switch_bit);
+        EXPECT_EQ(light_switch_bit(entry.text), entry.switch_bit);
+    }
+    EXPECT_THAT(entries, ElementsAre(Pair("LIGHT_NAV", 1), Pair("LIGHT_BEACON", 2),
+                                     Pair("LIGHT_LANDING", 4), Pair("LIGHT_TAXI", 8),
+                                     Pair("LIGHT_STROBE", 16), Pair("LIGHT_RECOGNITION", 64),
+                                     Pair("LIGHT_WING", 128), Pair("LIGHT_LOGO", 256),
+                                     Pair("LIGHT_NONE", 0), Pair("*LIGHT_PANEL*", 0)));
     EXPECT_EQ(light_switch_bit("LIGHT_OF_NO_KIND"), 0);
-    EXPECT_EQ(light_switch_bit("LIGHT_RECOGNITION"), 64);
-    EXPECT_EQ(light_switch_bit("LIGHT_WING"), 128);
-    EXPECT_EQ(light_switch_bit("LIGHT_LOGO"), 256);
-    EXPECT_EQ(light_switch_bit("LIGHT_NONE"), 0);
-    EXPECT_EQ(light_switch_bit("*LIGHT_PANEL*"), 0);
+    EXPECT_EQ(dialog_panel_light_type.text, "PANEL*A/C ONLY*");
     EXPECT_EQ(dialog_panel_light_type.switch_bit, 32);
 }
 

@@ -6,6 +6,8 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace morvane::test {
@@ -14,6 +16,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Pair;
 
 // Parameters that compile.
 Parameters good() {
@@ -197,11 +200,13 @@ TEST(ParameterChecks, NotesCarryPlaceCodeAndSeverity) {
 }
 
 TEST(ParameterLists, ItemDataOfTheFlashVariables) {
-    std::vector<int> values;
+    std::vector<std::pair<std::string_view, int>> entries;
     for (const FlashVariableEntry& entry : flash_variables) {
-        values.push_back(entry.value);
+        entries.emplace_back(entry.text, entry.value);
     }
-    EXPECT_THAT(values, ElementsAre(1, 2, 4, 8, 16, 64, 128));
+    EXPECT_THAT(entries, ElementsAre(Pair("six_second_beacon", 1), Pair("second_flash", 2),
+                                     Pair("becon2", 4), Pair("becon3", 8), Pair("becon4", 16),
+                                     Pair("becon5", 64), Pair("beacnt", 128)));
 }
 
 } // namespace

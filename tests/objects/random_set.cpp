@@ -16,16 +16,18 @@ std::string text_of(std::size_t number) {
 
 } // namespace
 
-RandomSet::RandomSet(unsigned seed) : random_(seed) {
+RandomSet::RandomSet(unsigned seed, Shape shape) : random_(seed) {
     add("BGL_BEGIN 0800h ; version = 8.00");
     add_materials();
     add_vertices();
     add_draw_code();
-    add(chance(50) ? "BGL_END" : "BGL_END ; of it");
+    if (shape != Shape::WithoutEnd) {
+        add(chance(50) ? "BGL_END" : "BGL_END ; of it");
+    }
     for (int i = pick(0, 3); i > 0; --i) {
         add("; behind the end");
     }
-    add_frame();
+    add_frame(shape);
 }
 
 int RandomSet::pick(int low, int high) {
@@ -133,10 +135,12 @@ void RandomSet::add_odd_line() {
     add(odd.at(static_cast<std::size_t>(pick(0, 4))));
 }
 
-void RandomSet::add_frame() {
-    frame_ = {"    SCALE_AGL a,0,100,65536,051EDB8h,0CAAAh,0FCD9FF8Bh,07DD6h,0,0",
-              chance(50) ? "    INSTANCE_CALL b,0,0,02000h" : "b label BGLCODE",
-              "visual_model_header label dword", "    dd  0", "    END"};
+void RandomSet::add_frame(Shape shape) {
+    if (shape != Shape::WithoutPlace) {
+        frame_ = {"    SCALE_AGL a,0,100,65536,051EDB8h,0CAAAh,0FCD9FF8Bh,07DD6h,0,0",
+                  chance(50) ? "    INSTANCE_CALL b,0,0,02000h" : "b label BGLCODE"};
+    }
+    frame_.insert(frame_.end(), {"visual_model_header label dword", "    dd  0", "    END"});
 }
 
 } // namespace morvane::test

@@ -12,8 +12,14 @@ namespace morvane::test {
 /// order, materials drawn more than once, odd lines between the blocks and inside them.
 class RandomSet {
   public:
+    enum class Shape {
+        Whole,
+        WithoutEnd,   // no BGL_END but those inside blocks
+        WithoutPlace, // a frame without placement lines
+    };
+
     /// The same seed gives the same set.
-    explicit RandomSet(unsigned seed);
+    explicit RandomSet(unsigned seed, Shape shape = Shape::Whole);
 
     const std::vector<std::string>& model() const { return model_; }
     const std::vector<std::string>& frame() const { return frame_; }
@@ -40,7 +46,7 @@ class RandomSet {
     void add_block(std::size_t material, std::size_t row);
     void add_triangle(int number);
     void add_odd_line();
-    void add_frame();
+    void add_frame(Shape shape);
     void add(const std::string& text);
     std::string number();
 

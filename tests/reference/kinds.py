@@ -109,7 +109,7 @@ def windsock(p, color, points):
         raise RuntimeFailure(9)
     points[0], points[j - 1] = points[j - 1], points[0]
     h = points[1][1] - points[0][1]
-    if h < 0.1:
+    if val(formatted(h, 1, 6)) < 0.1:  # as it is written, or 0.3 - 0.2 were too low
         raise Flat
     d = math.sqrt((points[1][0] - points[2][0])**2 + (points[1][2] - points[2][2])**2)
     return ("    KZM_WINDSOCK " + "".join(formatted(v, 1, 6) + ", " for v in (*points[0], h, d))

@@ -115,10 +115,11 @@ def file_record(opened, insertion, old_base):
 
 
 def process(opened, idx, kind, parameters):
-    if kind in ("Library", "Effects") and find_bgl_end(opened.model) == 0:
-        raise SystemExit("[critical] Cannot find proper BGL END code. File cannot be processed.")
     old_base = opened.buffer[0]
     lines = rewrite(opened, idx, kind, parameters)
+    # Looked for after the rewrite, which comments one out that follows the last triangle.
+    if kind in ("Library", "Effects") and find_bgl_end(opened.model) == 0:
+        raise SystemExit("[critical] Cannot find proper BGL END code. File cannot be processed.")
     if kind in ("Library", "Effects"):
         file_record(opened, find_bgl_end(opened.model) + 1, old_base)
     else:
