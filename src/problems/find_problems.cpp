@@ -192,7 +192,7 @@ CheckedSet open_for_check(Disk& disk, const std::string& base) {
     CheckedSet checked;
     QuietReporter reporter;
     if (!open_source_set({disk, reporter}, checked.set, base)) {
-        checked.refusal = reporter.last_box;
+        checked.refusal = reporter.all_boxes;
     }
     checked.loaded = !checked.set.base.empty();
     return checked;

@@ -15,12 +15,16 @@ class QuietReporter final : public Reporter {
     void add_message(std::string_view /*text*/) override {}
     void note(const Note& /*note*/) override {}
     void clear_messages() override {}
-    void message_box(std::string_view text, Icon /*icon*/) override { last_box = text; }
+    void message_box(std::string_view text, Icon /*icon*/) override {
+        last_box = text;
+        all_boxes += (all_boxes.empty() ? "" : "\n") + last_box;
+    }
     bool ask(std::string_view /*text*/, Icon /*icon*/, std::string_view /*title*/) override {
         return false;
     }
 
     std::string last_box;
+    std::string all_boxes; // a line each
 };
 
 } // namespace morvane

@@ -107,6 +107,7 @@ bool open_source_set(const Services& services, OpenSet& set, const std::string& 
         set.frame_file = look_at_file(services.disk, frame_file_name(base));
         // With only half of it Save would write over a file that was never read.
         if (!load_source_set(services, base, set.model, set.frame).whole()) {
+            set = OpenSet();
             return false;
         }
         set.opened = analyse(services, set);

@@ -30,6 +30,8 @@ class Case:
     random: bytes = b""  # a pattern of what differs from run to run
     reports_only: bool = False  # writes nothing but scratch files
     manifest: str = ""  # of a build: says at each moment what is made
+    # Failures are listed among what the command prints, in its own words.
+    listed: bool = False
     program: str = "cli"
 
 
@@ -122,6 +124,8 @@ def add_compiler(folder):
 
 CASES = {
     "inspect": Case(("inspect", "airport"), ["examples/airport"], reports_only=True),
+    "check": Case(("check", "airport", "airport.toml"), ["examples/airport"], reports_only=True,
+                  listed=True),
     "process-dry-run": Case((*AIRCRAFT, "--dry-run"), ["examples/aircraft-dictionary"],
                             reports_only=True),
     "process-lights": Case(("process", "aircraft_lights", "aircraft_lights.toml"),
@@ -189,6 +193,8 @@ CASES = {
     "build-others": Case(BUILD, ["examples/aircraft-flex", "examples/library"],
                          write_project(OTHERS), status_when_done=0, scratch=BUILD_SCRATCH,
                          manifest="build/.morvane-build.json"),
+    "render": Case(("render", "airport", "--output", "airport.png", "--size", "64x48"),
+                   ["examples/airport"], status_when_done=0),
     "settings": Case(("home",), program="write_settings", stepwise=True),
 }
 

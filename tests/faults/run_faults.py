@@ -149,9 +149,10 @@ class Runs:
                 self.require_state(work, self.new, result, strays_allowed=True)
                 return
             require(result.returncode in (1, 2), "the exit status is not 0, 1 or 2", result)
-            if code == errno.ENOENT:
+            if code == errno.ENOENT or self.case.listed:
                 # Some commands have words of their own for a missing file.
-                require(result.stderr, "nothing says why", result)
+                require(result.stderr or (self.case.listed and result.stdout), "nothing says why",
+                        result)
             else:
                 # What is wrong with a recipe or a list is described without a number.
                 number, description = READ_FAILURES[code]
@@ -225,6 +226,9 @@ class Runs:
                     f"nothing tells that {name} has changed", result)
 
     def require_message(self, result, code):
+        if self.case.listed:
+            require(result.stderr, "nothing says why", result)
+            return
         shown = [box for box in boxes(result) if box not in self.case.told_before]
         require(len(shown) == 1, "there is not exactly one message", result)
         for word in FAILURES[code]:

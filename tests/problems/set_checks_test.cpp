@@ -3,6 +3,7 @@
 // What a set as a whole can have wrong, and what a recipe would make of it.
 
 #include "problems/problem_fixture.h"
+#include "support/faulty_disk.h"
 
 #include <gmock/gmock.h>
 
@@ -120,6 +121,17 @@ TEST_F(SetProblems, FilesThatAreMissingAreNotLoaded) {
     const CheckedSet checked = open_for_check(*disk, folder.file("none"));
     EXPECT_FALSE(checked.loaded);
     EXPECT_THAT(checked.refusal, HasSubstr("none_0.asm file not found"));
+}
+
+TEST_F(SetProblems, FilesThatCannotBeReadAreNotLoaded) {
+    open();
+    FaultyDisk faulty;
+    for (const std::size_t file : {1U, 2U}) { // the model is read first
+        faulty.fail_at(file, ErrorNumber::PermissionDenied);
+        const CheckedSet checked = open_for_check(faulty, folder.file("set"));
+        EXPECT_FALSE(checked.loaded);
+        EXPECT_THAT(checked.refusal, HasSubstr("70 :Permission denied"));
+    }
 }
 
 TEST_F(SetProblems, TablesThatAreNearlyFull) {

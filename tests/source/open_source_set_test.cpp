@@ -275,6 +275,8 @@ TEST_F(OpenSourceSet, HalfASetIsRefused) {
         EXPECT_FALSE(open());
         EXPECT_THAT(reporter.boxes, ElementsAre(unreadable_file, refused_set));
         EXPECT_FALSE(set.opened);
+        EXPECT_EQ(set.base, "");
+        EXPECT_EQ(set.model.count(), 0U);
         EXPECT_THAT(set.translations, IsEmpty());
     }
 }
