@@ -211,10 +211,11 @@ void add_build_command(CLI::App& app, Cli& cli) {
     command->add_option("PROJECT.toml NAME", arguments->words,
                         "The project (morvane.toml if none is given) and the steps to build (all "
                         "if none is given)");
-    command->add_option("--jobs", arguments->jobs, "How many steps to make at a time")
+    command
+        ->add_option("--jobs", arguments->jobs,
+                     "How many steps to make at a time; default: one for each processor")
         ->type_name("N")
-        ->check(CLI::Range(1, 1000))
-        ->capture_default_str();
+        ->check(CLI::Range(1, 1000).description(""));
     command->add_flag("--keep-going", arguments->keep_going,
                       "Make the other steps when one has failed");
     command->add_flag("--dry-run", arguments->dry_run, "Make nothing; say what would be made");

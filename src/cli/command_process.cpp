@@ -137,7 +137,7 @@ void add_process_options(CLI::App& command, ProcessArguments& arguments) {
                 arguments.options.output = base;
                 arguments.output_given = true;
             },
-            "Save under another base path")
+            "Save under another base path; default: the set's own")
         ->type_name("BASE");
     command.add_flag("--with-frame", options.with_frame,
                      "Write the frame file under the other base path too");

@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "cli/help.h"
+#include "project/project.h"
 #include "system/disk.h"
 #include "system/program_places.h"
 
@@ -16,12 +17,7 @@ namespace morvane::cli {
 namespace {
 
 /// Which files an argument can name.
-enum class Files { None, Any, Sets, Toml, SetsAndToml, Bgl, Folders };
-
-// A set and what belongs to it can be named in any order.
-bool takes_recipes_too(const std::string& command) {
-    return command == "process" || command == "check" || command == "render" || command == "watch";
-}
+enum class Files { None, Any, Sets, Toml, SetsAndToml, Drawable, Bgl, Folders };
 
 // By the name of the argument, and for options by the type of their value.
 Files files_of(const CLI::App& command, const std::string& name) {
@@ -32,10 +28,23 @@ Files files_of(const CLI::App& command, const std::string& name) {
     if (name == "BASE" || name == "DESIGN") {
         return Files::Sets;
     }
-    if (name == "RECIPE" || name == "LIST" || name == "PROJECT") {
+    if (name == "RECIPE" || name == "LIST" || name.starts_with("PROJECT")) {
         return Files::Toml;
     }
-    return name == "DIR" ? Files::Folders : Files::None;
+    if (name == "FILE.bgl") {
+        return Files::Bgl;
+    }
+    return name == "DIR" ? Files::Folders : name == "FILE.png" ? Files::Any : Files::None;
+}
+
+// A set and what belongs to it can be named in any order.
+Files files_of_argument(const CLI::App& command, const CLI::Option& argument) {
+    const std::string& name = command.get_name();
+    if (name == "render") {
+        return Files::Drawable;
+    }
+    const bool takes_both = name == "process" || name == "check" || name == "watch";
+    return takes_both ? Files::SetsAndToml : files_of(command, argument.get_name());
 }
 
 // The names of files are offered without the rest of their path in some shells, so that it counts
@@ -62,14 +71,16 @@ constexpr std::string_view model_ending = "_0.asm";
 
 // What is offered for a file; empty when it is not one of those that are meant.
 std::string offered_name(const std::string& name, Files files, const std::set<std::string>& names) {
-    const bool bases = files == Files::Sets || files == Files::SetsAndToml;
-    const bool toml = files == Files::Toml || files == Files::SetsAndToml;
+    const bool drawable = files == Files::Drawable;
+    const bool bases = files == Files::Sets || files == Files::SetsAndToml || drawable;
+    const bool toml = files == Files::Toml || files == Files::SetsAndToml || drawable;
+    const bool bgl = files == Files::Bgl || drawable;
     if (bases && name.ends_with(model_ending)) {
         const std::string base = name.substr(0, name.size() - model_ending.size());
         return names.contains(base + ".asm") ? base : std::string();
     }
     const bool fits = files == Files::Any || (toml && has_ending(name, ".toml")) ||
-                      (files == Files::Bgl && has_ending(name, ".bgl"));
+                      (bgl && has_ending(name, ".bgl"));
     return fits ? name : std::string();
 }
 
@@ -82,6 +93,9 @@ std::vector<FolderEntry> listed(Disk& disk, const std::string& folder) {
 }
 
 Candidates matching_files(Disk& disk, const std::string& word, Files files) {
+    if (files == Files::None) {
+        return {};
+    }
     const TypedPath typed = typed_path(word);
     const std::vector<FolderEntry> entries = listed(disk, typed.folder);
     std::set<std::string> names;
@@ -178,6 +192,23 @@ Candidates matching_words(const Position& position, const std::string& word) {
     return candidates;
 }
 
+// The steps of the project that the words name, or of the one in the current folder.
+void add_steps(Disk& disk, const std::vector<std::string>& words, Candidates& candidates) {
+    const auto named = std::find_if(words.begin(), words.end() - 1, [](const std::string& word) {
+        return has_ending(word, ".toml");
+    });
+    const std::string file = named == words.end() - 1 ? "morvane.toml" : *named;
+    const ProjectReading reading = read_project(disk, file);
+    if (!reading.project) {
+        return;
+    }
+    for (const ProjectStep& step : reading.project->steps) {
+        if (step.name.starts_with(words.back())) {
+            candidates.found.push_back({step.name});
+        }
+    }
+}
+
 } // namespace
 
 Candidates candidates_for(Disk& disk, const CLI::App& app, const std::vector<std::string>& words) {
@@ -191,10 +222,12 @@ Candidates candidates_for(Disk& disk, const CLI::App& app, const std::vector<std
     if (word.starts_with('-') || argument == nullptr) {
         return matching_words(position, word);
     }
-    const Files files = takes_recipes_too(position.command->get_name())
-                            ? Files::SetsAndToml
-                            : files_of(*position.command, argument->get_name());
-    return matching_files(disk, word, files);
+    Candidates candidates =
+        matching_files(disk, word, files_of_argument(*position.command, *argument));
+    if (position.command->get_name() == "build") {
+        add_steps(disk, words, candidates);
+    }
+    return candidates;
 }
 
 bool print_candidates(Disk& disk, const CLI::App& app, const std::vector<std::string>& arguments) {

@@ -73,6 +73,24 @@ TEST_F(CommandLine, TheHelpOfEveryCommandListsTheCommonOptionsAndEndsWithAnExamp
     }
 }
 
+// Options that take a value and are not required say what holds without them.
+TEST_F(CommandLine, HelpNamesTheDefaults) {
+    const std::vector<std::pair<std::string, std::string>> defaults{
+        {"process", "default: the set's own"},
+        {"process", "each set takes BASE.toml"},
+        {"compile", "default: MORVANE_COMPILER, else bglc in the set's folder, else on the PATH"},
+        {"build", "morvane.toml if none is given"},
+        {"build", "default: one for each processor"},
+        {"watch", "BASE.toml if none is given"},
+        {"render", "3d (the default)"},
+        {"render", "default 800x600"},
+        {"check", "default: $MORVANE_HOME"}};
+    for (const auto& [command, text] : defaults) {
+        EXPECT_THAT(run("morvane-cli " + command + " --help").output, HasSubstr(text)) << command;
+    }
+    EXPECT_THAT(run("morvane-cli build --jobs 0").errors, HasSubstr("--jobs"));
+}
+
 TEST_F(CommandLine, HelpOfACommandIsThatCommandsHelp) {
     for (const std::string command : {"", "process", "library", "library create"}) {
         const ProgramRun help = run("morvane-cli help " + command);
@@ -124,9 +142,29 @@ TEST_F(CommandLine, QuietOmitsTheLogAlone) {
 }
 
 TEST_F(CommandLine, ADashIsRefusedAsAFileName) {
-    for (const std::string command :
-         {"inspect -", "rename-labels - X", "library create - --output a.asm",
-          "library create a.toml --output -", "bgl analyse -", "bgl search -"}) {
+    for (const std::string command : {"inspect -",
+                                      "process -",
+                                      "process a -",
+                                      "process a b.toml --output -",
+                                      "backup a -",
+                                      "restore -",
+                                      "compile -",
+                                      "check -",
+                                      "check a -",
+                                      "render - --output a.png",
+                                      "render a --output -",
+                                      "build -",
+                                      "watch -",
+                                      "watch a --output -",
+                                      "rename-labels - X",
+                                      "assemble --complete -",
+                                      "library describe -",
+                                      "library create - --output a.asm",
+                                      "library create a.toml --output -",
+                                      "bgl analyse -",
+                                      "bgl search -",
+                                      "bgl universal -",
+                                      "bgl revert -"}) {
         const ProgramRun refused = run("morvane-cli " + command);
         EXPECT_EQ(refused.status, 2) << command;
         EXPECT_THAT(refused.errors, HasSubstr("\"-\" is not a file name here")) << command;
@@ -180,6 +218,30 @@ TEST_F(CommandLine, ProcessNeedsNoProgramFolder) {
         EXPECT_EQ(done.status, 0) << done.errors;
         EXPECT_FALSE(files_below(folder.path()).contains("gone/fx_list.txt"));
     }
+}
+
+// Not even a folder that nobody can make.
+TEST_F(CommandLine, AProgramFolderThatCannotBeMadeIsNoMatterToProcess) {
+    take("airport");
+    const std::string before = folder.read("airport_0.asm");
+    const std::string nowhere = "MORVANE_HOME=/dev/null/home HOME=/dev/null/home ";
+    const ProgramRun dry =
+        run(nowhere + "morvane-cli process airport airport.toml --dry-run --json");
+    EXPECT_EQ(dry.status, 0) << dry.errors;
+    EXPECT_EQ(folder.read("airport_0.asm"), before);
+    const ProgramRun done = run(nowhere + "morvane-cli process airport airport.toml");
+    EXPECT_EQ(done.status, 0) << done.errors;
+    EXPECT_NE(folder.read("airport_0.asm"), before);
+}
+
+TEST_F(CommandLine, RenameLabelsNotesSuffixesThatMakeNoNames) {
+    const std::string source = "first label BGLCODE\r\n";
+    folder.write("a.asm", source);
+    const ProgramRun empty = run("morvane-cli --yes rename-labels a.asm ''");
+    EXPECT_THAT(empty.output + empty.errors, HasSubstr("Note: a.asm: the suffix is empty"));
+    EXPECT_THAT(folder.read("a.asm"), StartsWith(source)) << "no label changes";
+    const ProgramRun dash = run("morvane-cli --yes rename-labels a.asm .x");
+    EXPECT_THAT(dash.output + dash.errors, HasSubstr("are not names"));
 }
 
 std::string message_of(const std::function<int()>& command) {

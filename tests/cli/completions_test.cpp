@@ -19,6 +19,7 @@ namespace {
 using ::testing::Contains;
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
 using ::testing::StartsWith;
@@ -51,8 +52,7 @@ struct Shell {
     char end_of_word;
 
     /// `files` are made first, empty; one that ends in "/" is a folder.
-    Words offer(const std::string& typed, const Words& files = {}) const {
-        std::string text;
+    Words offer(const std::string& typed, const Words& files = {}, std::string text = {}) const {
         for (const std::string& file : files) {
             text += (file.ends_with('/') ? "mkdir -p " : "touch ") + file + "\n";
         }
@@ -119,6 +119,14 @@ class Completions : public ::testing::TestWithParam<const Shell*> {
         }
         return words;
     }
+    // The commands of `before` are run first, with `project` for PROJECT.
+    Words offer_after(std::string before, const std::string& project,
+                      const std::string& typed) const {
+        for (std::size_t at = 0; (at = before.find("PROJECT", at)) != std::string::npos;) {
+            before.replace(at, 7, project);
+        }
+        return GetParam()->offer(typed, {}, before);
+    }
 };
 
 TEST_P(Completions, OfferTheCommands) {
@@ -173,6 +181,25 @@ TEST_P(Completions, OfferListsBglFilesAndFolders) {
                 UnorderedElementsAre("objects.bgl", "NORTH.BGL", "scenery"));
     EXPECT_THAT(offer("bgl search ", files), ElementsAre("scenery"));
     EXPECT_THAT(offer("--program-folder ", files), ElementsAre("scenery"));
+}
+
+TEST_P(Completions, OfferProjectsAndTheirSteps) {
+    const Words files{"tower.asm", "tower_0.asm", "tower.toml", "notes.txt", "north/"};
+    EXPECT_THAT(offer("build ", files), UnorderedElementsAre("tower.toml", "north"));
+    EXPECT_THAT(offer("watch ", files), UnorderedElementsAre("tower", "tower.toml", "north"));
+    EXPECT_THAT(offer("watch tower --output t", files), ElementsAre("tower"));
+    EXPECT_THAT(offer("build --jobs ", files), IsEmpty());
+    EXPECT_THAT(offer("build --k", files), ElementsAre("--keep-going"));
+    const std::string project =
+        "echo '[[set]]' >PROJECT\necho 'base = \"out/terminal\"' >>PROJECT\n";
+    EXPECT_THAT(offer_after(project, "morvane.toml", "build t"), ElementsAre("terminal"));
+    EXPECT_THAT(offer_after(project, "airport.toml", "build airport.toml t"),
+                ElementsAre("terminal"));
+}
+
+TEST_P(Completions, OfferWhatCanBeDrawn) {
+    const Words files{"tower.asm", "tower_0.asm", "tower.toml", "tower.bgl", "tower.txt"};
+    EXPECT_THAT(offer("render t", files), UnorderedElementsAre("tower", "tower.toml", "tower.bgl"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Shells, Completions, ::testing::Values(&bash, &zsh, &fish),

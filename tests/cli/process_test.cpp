@@ -79,6 +79,26 @@ TEST_F(ProcessCommand, ARewrittenSetIsRefusedAndForceTakesIt) {
     EXPECT_NE(work.read("set_0.asm"), once);
 }
 
+// What a second run does to code that was generated already is why it has to be asked for: two of
+// its lines are commented out, and the closing label comes a second time.
+TEST_F(ProcessCommand, ForceDoesToARewrittenSetWhatTheWindowDoes) {
+    ASSERT_EQ(run("set").status, 0);
+    const std::string selecting = "MATERIAL 1,0 ; x\r\n";
+    std::string once = work.read("set_0.asm");
+    ASSERT_THAT(once, HasSubstr(selecting + "\r\n;\r\n;\r\nLBL2b label BGLCODE\r\n"));
+    for (int time = 0; time < 2; ++time) { // refused each time, and not a byte changes
+        EXPECT_EQ(run("set").status, 1);
+        EXPECT_EQ(work.read("set_0.asm"), once);
+    }
+    ASSERT_EQ(run("set --force").status, 0);
+    EXPECT_EQ(work.read("set_0.asm"), replaced(once, selecting + "\r\n;\r\n",
+                                               selecting + "LBL2a label BGLCODE\r\n; \r\n; ;\r\n") +
+                                          "\r\n");
+    once = work.read("set_0.asm");
+    EXPECT_EQ(run("set").status, 1);
+    EXPECT_EQ(work.read("set_0.asm"), once);
+}
+
 TEST_F(ProcessCommand, BlocksThatHoldMoreThanTrianglesAreRefused) {
     const std::string triangle = "DRAW_TRI 2, 1, 0 ; x\n";
     for (const std::string line : {"; a comment\n", "\n", "DRAW_TRI_BEGIN 0, 3\n"}) {
