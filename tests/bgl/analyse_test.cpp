@@ -36,6 +36,19 @@ class Analyse : public ::testing::Test {
     Inspector inspector{{disk, reporter}, home.path(), programs};
 };
 
+TEST_F(Analyse, ReportAndResultsAreWindows1252Throughout) {
+    const std::string path = folder.write("k\xC3\xBC"
+                                          "che.bgl",
+                                          test::library_file({.objects = {{.name = "Caf\xE9"}}}));
+    analyse(path);
+    const std::string results = home.read("out.txt");
+    EXPECT_EQ(results, inspector.box.text() + "\r\n");
+    EXPECT_NE(results.find("k\xFC"
+                           "che.bgl\r\n"),
+              std::string::npos);
+    EXPECT_NE(results.find(" Caf\xE9\r\n"), std::string::npos);
+}
+
 TEST_F(Analyse, LibraryWithObjects) {
     const auto word = static_cast<std::int32_t>(0xAAAAAAAA);
     const std::string path =

@@ -86,6 +86,20 @@ TEST_F(Search, ListsEveryLibraryOfTheTreeTheChosenFolderLast) {
     EXPECT_EQ(result.statistics.folders, 3);
 }
 
+// Names of folders come in the system's encoding, those of objects in the file's.
+TEST_F(Search, ReportAndResultsAreWindows1252Throughout) {
+    folder.write("k\xC3\xBC"
+                 "che/lib.bgl",
+                 test::library_file({.objects = {{.name = "Caf\xE9"}}}));
+    const SearchResult result = search();
+    EXPECT_TRUE(result.done);
+    const std::string results = home.read("out.txt");
+    EXPECT_EQ(results, inspector.box.text() + "\r\n");
+    EXPECT_THAT(results, ::testing::HasSubstr("k\xFC"
+                                              "che"));
+    EXPECT_THAT(results, ::testing::HasSubstr(",Caf\xE9\r\n"));
+}
+
 TEST_F(Search, FoundLibrariesAreHandedOver) {
     folder.write("a/lib.bgl", test::library_file({.objects = {{.name = "Shed"}}}));
     std::vector<std::string> seen;
