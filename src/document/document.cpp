@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "objects/parameter_checks.h"
+#include "objects/trace.h"
 #include "objects/unique_labels.h"
 #include "recipe/record_recipe.h"
 #include "source/materials.h"
@@ -135,8 +136,29 @@ void Document::set_parameters(const Parameters& parameters) {
 }
 
 ProcessResult Document::process(std::size_t row, Kind kind) {
-    ProcessResult result =
-        process_material(services(), set_, row, kind, parameters_, trace_folder_);
+    return process(row, kind, trace_folder_);
+}
+
+std::size_t Document::process(const std::vector<std::size_t>& rows, Kind kind,
+                              const std::function<bool(std::size_t row)>& wanted) {
+    const bool frame_was_changed = set_.frame_changed;
+    std::size_t done = 0;
+    for (const std::size_t row : rows) {
+        if (!wanted(row) || !process(row, kind, std::nullopt).processed) {
+            break;
+        }
+        ++done;
+    }
+    if (done > 0) {
+        write_traces(services().disk, set_, trace_folder_,
+                     set_.frame_changed && !frame_was_changed);
+    }
+    return done;
+}
+
+ProcessResult Document::process(std::size_t row, Kind kind,
+                                const std::optional<std::string>& traces) {
+    ProcessResult result = process_material(services(), set_, row, kind, parameters_, traces);
     if (!result.change) {
         return result;
     }

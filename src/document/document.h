@@ -71,6 +71,11 @@ class Document {
     /// The Process command for a row of the list (0: none is selected) with the parameters in
     /// force, which are checked and noted. A step when anything changed.
     ProcessResult process(std::size_t row, Kind kind);
+    /// The same for several rows, a step each, up to the first that is refused. `wanted` is asked
+    /// before each row; false ends the work. The trace files, of which every row's replace those of
+    /// the one before, are written once. Returns how many rows were processed.
+    std::size_t process(const std::vector<std::size_t>& rows, Kind kind,
+                        const std::function<bool(std::size_t row)>& wanted);
 
     /// Carries out the plan of a recipe: one step, even when it stops at a material.
     ApplyResult apply(const Recipe& recipe, const RecipePlan& plan);
@@ -115,6 +120,7 @@ class Document {
   private:
     class NoteKeeper;
 
+    ProcessResult process(std::size_t row, Kind kind, const std::optional<std::string>& traces);
     void add_step(Step step);
     void allow_too(const std::vector<std::string>& codes);
     void replace_set(OpenSet set);

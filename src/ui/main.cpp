@@ -5,6 +5,7 @@
 #include "system/programs.h"
 #include "system/results_viewer.h"
 #include "ui/appearance.h"
+#include "ui/application.h"
 #include "ui/desk.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/main_window/main_window.h"
@@ -15,7 +16,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDesktopServices>
-#include <QDir>
 #include <QUrl>
 
 #include <algorithm>
@@ -74,7 +74,7 @@ int run(const QApplication& application) {
     morvane::MainWindow window(desk);
     window.show();
     if (!line.path.isEmpty()) {
-        window.open_file(QDir().absoluteFilePath(line.path));
+        window.open_file(line.path);
     }
     return QApplication::exec();
 }
@@ -99,13 +99,15 @@ int main(int argc, char** argv) {
     if (asks_for_help_or_version(argc, argv)) {
         answer_without_window(argc, argv);
     }
-    QApplication application(argc, argv);
+    morvane::Application application(argc, argv);
     morvane::prepare_application(application);
     try {
         return run(application);
     } catch (const morvane::RuntimeError& error) {
         morvane::SystemDialogs().show_box(nullptr, morvane::shown_text(error.what()),
                                           morvane::Icon::Critical, {});
-        return EXIT_FAILURE;
+    } catch (...) {
+        application.report_failure();
     }
+    return EXIT_FAILURE;
 }

@@ -78,10 +78,9 @@ bool QtReporter::progress(std::string_view what, std::size_t done, std::size_t t
     return !progress_ || progress_(what, done, total);
 }
 
-void run_command(QtReporter& reporter, const std::function<void()>& command) {
-    const bool outermost = reporter.begin_command();
+void report_failure(QtReporter& reporter) {
     try {
-        command();
+        throw;
     } catch (const RuntimeError& error) {
         report_error(reporter, error, "Error : ", " :", Icon::Critical);
     } catch (const std::bad_alloc&) {
@@ -91,6 +90,15 @@ void run_command(QtReporter& reporter, const std::function<void()>& command) {
                              Icon::Critical);
     } catch (...) {
         reporter.message_box("The command has failed for an unknown reason.", Icon::Critical);
+    }
+}
+
+void run_command(QtReporter& reporter, const std::function<void()>& command) {
+    const bool outermost = reporter.begin_command();
+    try {
+        command();
+    } catch (...) {
+        report_failure(reporter);
     }
     if (outermost) {
         reporter.end_command();

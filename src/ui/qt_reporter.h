@@ -52,6 +52,10 @@ class QtReporter final : public Reporter {
     QStringList unwanted_; // boxes that are not to be shown again in this command
 };
 
+/// Reports the exception that is being handled, whatever it is, with a box. To be called inside a
+/// catch clause.
+void report_failure(QtReporter& reporter);
+
 /// Runs a command of a form. Whatever it throws ends it with a box, and the program goes on.
 void run_command(QtReporter& reporter, const std::function<void()>& command);
 

@@ -19,6 +19,7 @@ class CompilerTest : public QObject {
     void designWithoutScaleIsTold();
     void addRefusals();
     void addedObjectsAreListed();
+    void linesCarryTheNumberOfTheirEntry();
     void clickingALineShowsItsEntry();
     void modifyNeedsALine();
     void modifyRefillsTheEntry();
@@ -119,6 +120,25 @@ void CompilerTest::addedObjectsAreListed() {
     QVERIFY2(rig.dialogs.boxes.empty(), qPrintable(rig.dialogs.take_box()));
     QCOMPARE(list(compiler).count(), 1);
     QCOMPARE(list(compiler).item(0)->text(), base);
+}
+
+// Numbers are given in the order of adding, for good: that of a removed entry is not given again.
+void CompilerTest::linesCarryTheNumberOfTheirEntry() {
+    Rig rig;
+    QWidget& compiler = open_compiler(rig);
+    const QString base = write_design(rig, "tower", "65536");
+    for (const char* guid : {"1,2,3,4", "5,6,7,8", "9,10,11,12"}) {
+        add(rig, compiler, base, QString::fromLatin1(guid));
+    }
+    click_line(compiler, 1);
+    click(compiler, "Command3");
+    add(rig, compiler, base, QStringLiteral("13,14,15,16"));
+    QList<int> numbers;
+    for (int line = 0; line < list(compiler).count(); ++line) {
+        numbers.append(list(compiler).item(line)->data(Qt::UserRole).toInt());
+    }
+    const int first = numbers.value(0);
+    QCOMPARE(numbers, QList<int>({first, first + 2, first + 3}));
 }
 
 void CompilerTest::clickingALineShowsItsEntry() {

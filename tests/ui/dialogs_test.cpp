@@ -38,6 +38,7 @@ class DialogsTest : public QObject {
     void libraryIsHandedOverOnOk();
     void libraryIsForgottenOnCancel();
     void charactersThatFilesCannotHoldAreNotTaken();
+    void parametersThatBreakTheSourceAreNoted();
 };
 
 namespace {
@@ -45,6 +46,15 @@ namespace {
 QWidget& open_dialog(Rig& rig, const QString& kind) {
     choose(*rig.form, "typeOfObj", kind);
     return rig.parameters();
+}
+
+// Each item's text and item data.
+QStringList entries(const QComboBox& list) {
+    QStringList texts;
+    for (int i = 0; i < list.count(); ++i) {
+        texts.append(list.itemText(i) + QLatin1Char(' ') + list.itemData(i).toString());
+    }
+    return texts;
 }
 
 QString line(const Rig& rig) {
@@ -80,13 +90,18 @@ void DialogsTest::lightDefaults() {
 void DialogsTest::lightLists() {
     Rig rig;
     QWidget& dialog = open_dialog(rig, lights);
-    const auto& types = control<QComboBox>(dialog, "LightType");
-    QCOMPARE(types.count(), 10);
-    QCOMPARE(types.itemText(0), QStringLiteral("LIGHT_NAV"));
-    QCOMPARE(types.itemData(5).toInt(), 64);
-    QCOMPARE(types.itemText(9), QStringLiteral("PANEL*A/C ONLY*"));
-    QCOMPARE(types.itemData(9).toInt(), 32);
-    QCOMPARE(control<QComboBox>(dialog, "LightVariable").count(), 7);
+    // Both lists pass over the value 32, on purpose; the last entry's own is never written.
+    QCOMPARE(entries(control<QComboBox>(dialog, "LightType")),
+             QStringList({QStringLiteral("LIGHT_NAV 1"), QStringLiteral("LIGHT_BEACON 2"),
+                          QStringLiteral("LIGHT_LANDING 4"), QStringLiteral("LIGHT_TAXI 8"),
+                          QStringLiteral("LIGHT_STROBE 16"), QStringLiteral("LIGHT_RECOGNITION 64"),
+                          QStringLiteral("LIGHT_WING 128"), QStringLiteral("LIGHT_LOGO 256"),
+                          QStringLiteral("LIGHT_NONE 0"), QStringLiteral("PANEL*A/C ONLY* 32")}));
+    QCOMPARE(entries(control<QComboBox>(dialog, "LightVariable")),
+             QStringList({QStringLiteral("six_second_beacon 1"), QStringLiteral("second_flash 2"),
+                          QStringLiteral("becon2 4"), QStringLiteral("becon3 8"),
+                          QStringLiteral("becon4 16"), QStringLiteral("becon5 64"),
+                          QStringLiteral("beacnt 128")}));
 }
 
 void DialogsTest::flashVariableSetsTheMask_data() {
@@ -315,6 +330,29 @@ void DialogsTest::charactersThatFilesCannotHoldAreNotTaken() {
         QTest::keySequence(&control<QLineEdit>(dialog, "LightInt"), QKeySequence::Paste);
     }
     QCOMPARE(text_of(dialog, "LightInt"), QStringLiteral("5\u20ac"));
+}
+
+// When they are confirmed, and again when they are used.
+void DialogsTest::parametersThatBreakTheSourceAreNoted() {
+    Rig rig;
+    rig.open(rig.copy_example("airport"));
+    const auto notes = [&](const char* key) {
+        return rig.messages().filter(QStringLiteral("Note: ")).filter(QLatin1String(key)).size();
+    };
+    QWidget& dialog = open_dialog(rig, lights);
+    click(dialog, "Command1"); // no flash variable is chosen, as at first
+    QCOMPARE(notes("LightVariable"), 1);
+    rig.select(1);
+    click(*rig.form, "Command1");
+    QCOMPARE(notes("LightVariable"), 2);
+    QWidget& again = open_dialog(rig, lights);
+    choose(again, "LightVariable", QStringLiteral("beacnt"));
+    click(again, "Command1");
+    QCOMPARE(notes("LightVariable"), 2);
+    QWidget& placer = open_dialog(rig, QStringLiteral("Library New"));
+    type(placer, "libScale", QStringLiteral("0.25"));
+    click(placer, "Command3");
+    QCOMPARE(notes("libScale"), 1); // written as 0.3
 }
 
 namespace {

@@ -14,6 +14,8 @@
 #include <QMenu>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace morvane::test {
 
 class HistoryTest : public QObject {
@@ -39,6 +41,9 @@ class HistoryTest : public QObject {
     void sourceIsShownAtTheMaterial();
     void contextMenuOffersTheCommands();
     void rewrittenMaterialIsNotedAndAskedAbout();
+    void blockThatHoldsMoreThanTrianglesIsNoted_data();
+    void blockThatHoldsMoreThanTrianglesIsNoted();
+    void windsockOnAFlatTriangleCanBecomeAnotherKind();
 };
 
 namespace {
@@ -347,6 +352,63 @@ void HistoryTest::rewrittenMaterialIsNotedAndAskedAbout() {
     QCOMPARE(rig.dialogs.questions.size(), 1U);
     QVERIFY(rig.dialogs.questions[0].text.contains(QStringLiteral("rewritten before")));
     QCOMPARE(text_of(*rig.form, "Text2"), QStringLiteral("13"));
+}
+
+void HistoryTest::blockThatHoldsMoreThanTrianglesIsNoted_data() {
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<int>("after"); // so many lines of the block, its opening line the first
+    QTest::newRow("a comment") << QByteArray("    ; by hand") << 2;
+    QTest::newRow("a blank line") << QByteArray() << 2;
+    QTest::newRow("another opening") << QByteArray("    DRAW_TRI_BEGIN 0, 3") << 2;
+    QTest::newRow("a line before the block") << QByteArray("    ; by hand") << 0;
+}
+
+// Process does what it does, and its message log says which line ends the work.
+void HistoryTest::blockThatHoldsMoreThanTrianglesIsNoted() {
+    QFETCH(QByteArray, line);
+    QFETCH(int, after);
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    QList<QByteArray> lines = QByteArray::fromStdString(bytes_of(base)).split('\n');
+    qsizetype at = 0;
+    while (!lines[at].trimmed().startsWith("MATERIAL 3,")) {
+        ++at;
+    }
+    lines.insert(at + 1 + after, line + '\r');
+    write_file(base.toStdString() + "_0.asm", lines.join('\n').toStdString());
+    rig.open(base);
+    process(rig, 2);
+    const qsizetype number = at + 2 + after; // lines count from 1
+    const QString note =
+        QStringLiteral("Note: %1_0.asm:%2: row 2 (MATERIAL 3) has ").arg(base).arg(number);
+    const QStringList log = rig.messages();
+    QVERIFY2(std::any_of(log.begin(), log.end(),
+                         [&](const QString& said) { return said.startsWith(note); }),
+             qPrintable(log.join(QLatin1Char('\n'))));
+    QCOMPARE(cell(rig, 2, MaterialModel::Processed), QStringLiteral("\u2713 Lights"));
+    QVERIFY(rig.dialogs.boxes.empty());
+}
+
+// The aborted attempt leaves lines commented out, which the next kind must not stumble over.
+void HistoryTest::windsockOnAFlatTriangleCanBecomeAnotherKind() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    rig.open(base);
+    process(rig, 1);
+    click(*rig.form, "Command3");
+    const std::string at_first = bytes_of(base);
+    Rig other;
+    const QString again = other.copy_example("airport");
+    other.open(again);
+    choose(*other.form, "typeOfObj", QStringLiteral("Windsock"));
+    process(other, 1); // flat
+    other.dialogs.boxes.clear();
+    QVERIFY(!other.messages().filter(QStringLiteral("commented out")).isEmpty());
+    choose(*other.form, "typeOfObj", QStringLiteral("Lights"));
+    click(*other.form, "Command1");
+    click(*other.form, "Command3");
+    QVERIFY(other.dialogs.questions.empty());
+    QVERIFY(bytes_of(again) == at_first);
 }
 
 namespace {

@@ -9,7 +9,6 @@
 
 #include <QCheckBox>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QListView>
 #include <QPlainTextEdit>
@@ -17,6 +16,7 @@
 #include <QTableView>
 #include <QTimer>
 
+#include <ctime>
 #include <filesystem>
 #include <functional>
 
@@ -415,15 +415,15 @@ void LibraryTest::tenThousandObjectsAreNoBurden() {
         rig.folder.write(std::to_string(file) + ".bgl", library_file(library));
     }
     QWidget& browser = open_at(rig);
-    QElapsedTimer watch;
-    watch.start();
+    const std::clock_t start = std::clock(); // the processor's time: others may be busy too
     click(browser, "Command3");
     QCOMPARE(objects(browser).rowCount(), 10000);
     control<QTabWidget>(browser, "tabs").setCurrentIndex(1);
     type(browser, "objectFilter", QStringLiteral("a"));
     type(browser, "objectFilter", QString());
     QCoreApplication::processEvents();
-    QVERIFY2(watch.elapsed() < 8000, qPrintable(QString::number(watch.elapsed())));
+    const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    QVERIFY2(seconds < 8, qPrintable(QString::number(seconds)));
 }
 
 namespace {

@@ -2,10 +2,10 @@
 
 // Runs one of the test classes: test_ui NAME [arguments of the test library]
 
+#include "ui/application.h"
 #include "ui/program.h"
 #include "ui/registry.h"
 
-#include <QApplication>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -51,7 +51,7 @@ QStringList reporting() {
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+    morvane::Application application(argc, argv);
     morvane::prepare_application(application);
     const auto& tests = morvane::test::registry();
     const auto found = tests.find(argc > 1 ? argv[1] : "");

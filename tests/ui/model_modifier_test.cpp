@@ -26,6 +26,8 @@ class ModelModifierTest : public QObject {
     void labelToolKeepsABrowsedFile();
     void labelsAreRenamed();
     void labelsOfAMissingFile();
+    void lettersOutsideAsciiAreWrittenAsTheCommandLineDoes();
+    void lettersThatSourceFilesCannotHoldAreRefused();
 };
 
 namespace {
@@ -233,6 +235,41 @@ void ModelModifierTest::labelsOfAMissingFile() {
     QCOMPARE(rig.dialogs.boxes[0].text,
              QStringLiteral("Error ! File does not exist: (/none.asm)."));
     QCOMPARE(rig.dialogs.boxes[1].text, QStringLiteral("File returns no lines."));
+}
+
+void ModelModifierTest::lettersOutsideAsciiAreWrittenAsTheCommandLineDoes() {
+    Rig rig;
+    const std::string source = "wing label BGLCODE\r\n  JUMP wing, other ; caf\xE9\r\n";
+    const QString ours = QString::fromStdString(rig.folder.write("ours.asm", source));
+    const QString theirs = QString::fromStdString(rig.folder.write("theirs.asm", source));
+    const QString suffix = QString::fromUtf8("G\xC3\xA9");
+    QWidget& labels = open_labels(rig);
+    QTRY_COMPARE(text_of(labels, "InputFile"), QStringLiteral("_0.asm"));
+    type(labels, "InputFile", ours);
+    control<QLineEdit>(labels, "lblAdition").setText(suffix);
+    click(labels, "lblOpen");
+    QCOMPARE(run_cli(QString::fromStdString(rig.settings.path()),
+                     {QStringLiteral("--yes"), QStringLiteral("rename-labels"), theirs, suffix}),
+             0);
+    QVERIFY(
+        rig.folder.read("ours.asm").starts_with("wingG\xE9 label BGLCODE\r\n  JUMP wingG\xE9,"));
+    QVERIFY(rig.folder.read("ours.asm") == rig.folder.read("theirs.asm"));
+}
+
+void ModelModifierTest::lettersThatSourceFilesCannotHoldAreRefused() {
+    Rig rig;
+    const std::string source = "wing label BGLCODE\r\n";
+    const QString file = QString::fromStdString(rig.folder.write("m.asm", source));
+    const QString greek = QString::fromUtf8("G\xCE\xA9");
+    QWidget& labels = open_labels(rig);
+    QTRY_COMPARE(text_of(labels, "InputFile"), QStringLiteral("_0.asm"));
+    type(labels, "InputFile", file);
+    control<QLineEdit>(labels, "lblAdition").setText(greek);
+    click(labels, "lblOpen");
+    QVERIFY(rig.folder.read("m.asm") == source);
+    QVERIFY(run_cli(QString::fromStdString(rig.settings.path()),
+                    {QStringLiteral("--yes"), QStringLiteral("rename-labels"), file, greek}) > 0);
+    QVERIFY(rig.folder.read("m.asm") == source);
 }
 
 namespace {

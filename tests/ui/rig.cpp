@@ -2,6 +2,7 @@
 #include "ui/rig.h"
 
 #include "support/source_folder.h"
+#include "ui/application.h"
 
 #include <QDialog>
 
@@ -55,10 +56,19 @@ void trigger(const QWidget& window, const char* action) {
 Rig::Rig()
     : disk(make_system_disk()),
       programs(make_system_programs()), desk{*disk, dialogs, *programs, log, settings.path()} {
+    if (auto* application = dynamic_cast<Application*>(QCoreApplication::instance())) {
+        application->report_failures_by([this] {
+            QtReporter reporter(log, dialogs, form.get());
+            report_failure(reporter);
+        });
+    }
     restart();
 }
 
 Rig::~Rig() {
+    if (auto* application = dynamic_cast<Application*>(QCoreApplication::instance())) {
+        application->report_failures_by({});
+    }
     dialogs.unsaved = Unsaved::Discard;
 }
 

@@ -6,6 +6,8 @@
 #include <QStringList>
 
 #include <deque>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace morvane::test {
@@ -26,6 +28,9 @@ class ScriptedDialogs final : public Dialogs {
 
     void show_box(QWidget* /*parent*/, const QString& text, Icon icon,
                   const QString& explanation) override {
+        if (before_box) {
+            std::exchange(before_box, {})();
+        }
         boxes.push_back({text, icon, explanation});
     }
     bool show_repeated_box(QWidget* parent, const QString& text, Icon icon) override {
@@ -71,6 +76,7 @@ class ScriptedDialogs final : public Dialogs {
         return text;
     }
 
+    std::function<void()> before_box; // called once, instead of a box when it throws
     bool answer = true;
     bool no_more_boxes = false;
     QStringList several; // to be chosen at once

@@ -36,6 +36,10 @@ class WorkTest : public QObject {
     void unexpectedErrorsEndInABox_data();
     void unexpectedErrorsEndInABox();
     void closingGoesOnAfterAnUnexpectedError();
+    void unexpectedErrorsInDialogsEndInABox_data();
+    void unexpectedErrorsInDialogsEndInABox();
+    void unexpectedErrorsOutsideOfCommandsEndInABox_data();
+    void unexpectedErrorsOutsideOfCommandsEndInABox();
 };
 
 namespace {
@@ -72,19 +76,35 @@ void write_compiler(const QString& base, const std::string& status) {
 #endif
 }
 
+void throw_unexpected(const std::string& what) {
+    if (what == "memory") {
+        throw std::bad_alloc();
+    }
+    if (what == "logic") {
+        throw std::logic_error("the moon is full");
+    }
+    if (what == "number") {
+        throw 42;
+    }
+}
+
+// What throw_unexpected throws, and the text of the box.
+void add_unexpected_errors() {
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("memory") << QStringLiteral("memory")
+                            << QStringLiteral("There is not enough memory for this command.");
+    QTest::newRow("logic") << QStringLiteral("logic")
+                           << QStringLiteral("The command has failed: the moon is full");
+    QTest::newRow("number") << QStringLiteral("number")
+                            << QStringLiteral("The command has failed for an unknown reason.");
+}
+
 // A disk that has lost its mind: every question about a file throws what no operation expects.
 class StrangeDisk final : public FaultyDisk {
   public:
     bool is_file(const std::string& path) override {
-        if (what == "memory") {
-            throw std::bad_alloc();
-        }
-        if (what == "logic") {
-            throw std::logic_error("the moon is full");
-        }
-        if (what == "number") {
-            throw 42;
-        }
+        throw_unexpected(what);
         return FaultyDisk::is_file(path);
     }
     std::string what;
@@ -268,14 +288,7 @@ void WorkTest::boxesAreExplainedByTheNotesOfTheirCommand() {
 }
 
 void WorkTest::unexpectedErrorsEndInABox_data() {
-    QTest::addColumn<QString>("what");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("memory") << QStringLiteral("memory")
-                            << QStringLiteral("There is not enough memory for this command.");
-    QTest::newRow("logic") << QStringLiteral("logic")
-                           << QStringLiteral("The command has failed: the moon is full");
-    QTest::newRow("number") << QStringLiteral("number")
-                            << QStringLiteral("The command has failed for an unknown reason.");
+    add_unexpected_errors();
 }
 
 void WorkTest::unexpectedErrorsEndInABox() {
@@ -308,6 +321,48 @@ void WorkTest::closingGoesOnAfterAnUnexpectedError() {
     QCOMPARE(rig.dialogs.take_box(), QStringLiteral("The command has failed: the moon is full"));
     disk.what.clear();
     QVERIFY(window.close());
+}
+
+void WorkTest::unexpectedErrorsInDialogsEndInABox_data() {
+    add_unexpected_errors();
+}
+
+// The O.K. of both dialogs refuses what was typed with a box, which throws here.
+void WorkTest::unexpectedErrorsInDialogsEndInABox() {
+    QFETCH(QString, what);
+    QFETCH(QString, text);
+    Rig rig;
+    for (const auto& [kind, field] :
+         {std::pair{"Effects", "fx_params"}, {"Windsock", "ws_mastColor"}}) {
+        choose(*rig.form, "typeOfObj", QLatin1String(kind));
+        QWidget& dialog = rig.parameters();
+        type(dialog, field, QStringLiteral("short"));
+        rig.dialogs.before_box = [&] { throw_unexpected(what.toStdString()); };
+        click(dialog, "Command1");
+        QCOMPARE(rig.dialogs.take_box(), text);
+        QVERIFY(dialog.isVisible()); // what was typed is still there
+        click(dialog, "Command1");
+        QVERIFY(rig.dialogs.take_box() != text);
+        click(dialog, "Command2");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    QVERIFY(rig.form->close());
+}
+
+void WorkTest::unexpectedErrorsOutsideOfCommandsEndInABox_data() {
+    add_unexpected_errors();
+}
+
+void WorkTest::unexpectedErrorsOutsideOfCommandsEndInABox() {
+    QFETCH(QString, what);
+    QFETCH(QString, text);
+    Rig rig;
+    QMetaObject::invokeMethod(
+        rig.form.get(), [&] { throw_unexpected(what.toStdString()); }, Qt::QueuedConnection);
+    QCoreApplication::processEvents();
+    QCOMPARE(rig.dialogs.take_box(), text);
+    rig.open(rig.copy_example("airport")); // the program goes on
+    QCOMPARE(text_of(*rig.form, "Text1"), QStringLiteral("13"));
 }
 
 namespace {

@@ -29,9 +29,11 @@ void LibraryBrowser::prepare_files() {
     for (const QFileInfo& drive : QDir::drives()) {
         ui_->drives.addItem(QDir::toNativeSeparators(drive.absoluteFilePath()));
     }
-    // Folders are listed behind the scenes; the chosen one moves while those above it fill up.
-    connect(folders_, &QFileSystemModel::directoryLoaded, this,
-            [this] { ui_->folders.scrollTo(ui_->folders.currentIndex()); });
+    // Folders are listed behind the scenes, and sorted later: the chosen one moves meanwhile.
+    const auto follow = [this] { ui_->folders.scrollTo(ui_->folders.currentIndex()); };
+    connect(folders_, &QFileSystemModel::directoryLoaded, this, follow);
+    connect(folders_, &QFileSystemModel::layoutChanged, this, follow);
+    connect(folders_, &QFileSystemModel::rowsInserted, this, follow, Qt::QueuedConnection);
     connect(&ui_->drives, &QComboBox::textActivated, this, &LibraryBrowser::show_folder);
     connect(ui_->folders.selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& index) { show_files_of(folders_->filePath(index)); });

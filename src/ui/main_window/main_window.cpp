@@ -85,6 +85,9 @@ void MainWindow::connect_changes() {
 
 void MainWindow::connect_document() {
     connect(&document_, &DocumentModel::opened, this, &MainWindow::show_opened_set);
+    // Later, since the entry of the menu that led here must not go yet.
+    connect(&document_, &DocumentModel::opened, this, &MainWindow::show_recent,
+            Qt::QueuedConnection);
     connect(&document_, &DocumentModel::row_changed, this, &MainWindow::show_row);
     connect(&document_, &DocumentModel::parameters_changed, this, &MainWindow::update_par_line);
     connect(&document_, &DocumentModel::history_changed, this, &MainWindow::show_history);

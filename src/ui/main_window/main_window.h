@@ -43,7 +43,7 @@ class MainWindow : public QMainWindow {
     bool open_base(const QString& base);
     /// The same for a base path, one of the set's files, or the recipe beside them, which is then
     /// applied.
-    void open_file(const QString& path);
+    void open_file(const QString& given);
 
     DocumentModel& document() { return document_; }
     /// Kind of object that is chosen for the next Process.
@@ -124,6 +124,7 @@ class MainWindow : public QMainWindow {
     // main_window_materials.cpp
     void prepare_materials();
     void fit_columns();
+    void fit_parameters(int width);
     void show_selection();
     void note_block(std::size_t row);
     void show_row(std::size_t row);

@@ -14,6 +14,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QResizeEvent>
 
 #include <algorithm>
 
@@ -29,10 +30,14 @@ void MainWindow::prepare_materials() {
     list.installEventFilter(this);
     columns_kept_ = state_.restore(*list.header(), QStringLiteral("Form1/lstMat2proc"));
     list.header()->setSortIndicator(-1, Qt::AscendingOrder);
-    // The last column takes what the window leaves it.
+    list.header()->setStretchLastSection(false);
+    list.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    list.viewport()->installEventFilter(this);
     connect(list.header(), &QHeaderView::sectionResized, this, [this](int column) {
-        const bool by_hand = !fitting_columns_ && column != MaterialModel::Parameters;
-        columns_kept_ = columns_kept_ || by_hand;
+        if (column != MaterialModel::Parameters) {
+            columns_kept_ = columns_kept_ || !fitting_columns_;
+            fit_parameters(ui_->materials.viewport()->width());
+        }
     });
     connect(ui_->materialFilter, &QLineEdit::textChanged, &shown_materials_,
             &MaterialFilter::set_text);
@@ -48,6 +53,18 @@ void MainWindow::fit_columns() {
         ui_->materials.resizeColumnToContents(column);
     }
     fitting_columns_ = false;
+    fit_parameters(ui_->materials.viewport()->width());
+}
+
+// The last column takes what the window leaves it, but no less than its longest text: that is
+// reached by scrolling sideways.
+void MainWindow::fit_parameters(int width) {
+    QHeaderView& header = *ui_->materials.header();
+    const QAbstractItemView& list = ui_->materials;
+    const int others = header.length() - header.sectionSize(MaterialModel::Parameters);
+    header.resizeSection(
+        MaterialModel::Parameters,
+        std::max(list.sizeHintForColumn(MaterialModel::Parameters), width - others));
 }
 
 std::vector<std::size_t> MainWindow::selected_rows() const {
@@ -121,6 +138,7 @@ void MainWindow::show_made(std::size_t row) {
     }
     materials_.show_processed(static_cast<int>(row) - 1,
                               shown_text(set().translation(row).processed), parameters);
+    fit_parameters(ui_->materials.viewport()->width());
 }
 
 void MainWindow::show_counters() {
@@ -196,6 +214,9 @@ void MainWindow::show_source() {
 // After Open the list has the focus, but nothing is selected: the first key that moves selects the
 // first row and does not pass it over.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->materials.viewport() && event->type() == QEvent::Resize) {
+        fit_parameters(static_cast<QResizeEvent&>(*event).size().width());
+    }
     if (watched == &ui_->materials && event->type() == QEvent::KeyPress) {
         const auto& key = static_cast<QKeyEvent&>(*event);
         if (key.matches(QKeySequence::Copy)) {

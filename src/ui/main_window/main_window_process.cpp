@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "objects/block_checks.h"
+#include "objects/parameter_checks.h"
 #include "source/materials.h"
 #include "ui/dialogs/effects_dialog.h"
 #include "ui/dialogs/library_dialog.h"
@@ -14,6 +15,9 @@
 #include "ui/main_window/controls.h"
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace morvane {
 
@@ -49,6 +53,9 @@ void MainWindow::show_dialog(QDialog* dialog) {
         run([this] {
             document_.document().set_parameters(edited_);
             update_par_line();
+            for (const Note& note : parameter_notes(kind(), edited_)) {
+                reporter_.note(note);
+            }
         });
     });
     dialog->open();
@@ -85,18 +92,14 @@ void MainWindow::process() {
 
 // Of several selected materials those that are processed already are no mistake.
 void MainWindow::process_rows(const std::vector<std::size_t>& rows) {
-    std::size_t done = 0;
-    for (const std::size_t row : rows) {
-        if (!set().translation(row).processed.empty()) {
-            ++done;
-            continue;
-        }
-        if (!reporter_.progress("Processing", done, rows.size()) || !may_process(row) ||
-            !document_.document().process(row, kind()).processed) {
-            break;
-        }
-        ++done;
-    }
+    std::vector<std::size_t> left;
+    std::copy_if(rows.begin(), rows.end(), std::back_inserter(left),
+                 [this](std::size_t row) { return set().translation(row).processed.empty(); });
+    std::size_t done = rows.size() - left.size();
+    std::size_t asked = done;
+    done += document_.document().process(left, kind(), [&](std::size_t row) {
+        return reporter_.progress("Processing", asked++, rows.size()) && may_process(row);
+    });
     reporter_.note({"processed " + to_text(done) + " of the " + to_text(rows.size()) +
                     " materials selected."});
     note_late_work();

@@ -14,6 +14,8 @@
 #include "ui/qt_text.h"
 #include "ui/widgets/file_drop.h"
 
+#include <QDir>
+
 #include <utility>
 
 namespace morvane {
@@ -34,7 +36,7 @@ QString understood_base(Disk& disk, const QString& typed) {
         if (!typed.endsWith(ending, Qt::CaseInsensitive)) {
             continue;
         }
-        const QString base = typed.chopped(ending.size());
+        QString base = typed.chopped(ending.size());
         if (is_set(disk, path_bytes(base))) {
             return base;
         }
@@ -53,8 +55,12 @@ void MainWindow::browse() {
     }
 }
 
-void MainWindow::open_file(const QString& path) {
+// What is given at the start is relative to the folder that the program was started in.
+void MainWindow::open_file(const QString& given) {
     const QLatin1String recipe(".toml");
+    const QString path = QDir::isAbsolutePath(given)
+                             ? given
+                             : QDir::toNativeSeparators(QDir().absoluteFilePath(given));
     if (path.endsWith(recipe, Qt::CaseInsensitive)) {
         if (open_base(path.chopped(recipe.size()))) {
             apply_recipe_file(path);
@@ -84,8 +90,6 @@ bool MainWindow::open_set() {
         return false;
     }
     state_.add_recent(understood);
-    // Later, since the entry of the menu that led here must not go yet.
-    QMetaObject::invokeMethod(this, &MainWindow::show_recent, Qt::QueuedConnection);
     ui_->materials.setFocus();
     return true;
 }
