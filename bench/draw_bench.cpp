@@ -15,12 +15,21 @@
 
 #include <benchmark/benchmark.h>
 
+#ifdef MORVANE_BENCH_QT
+#include <QImage>
+#include <QPainter>
+#endif
+
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace morvane::bench {
 namespace {
@@ -86,6 +95,46 @@ void BM_Frame(benchmark::State& state) {
     state.counters["triangles"] = static_cast<double>(scene.triangles.size());
 }
 BENCHMARK(BM_Frame)->Arg(480)->Arg(5000)->Arg(20000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+#ifdef MORVANE_BENCH_QT
+// The same hills as a painter's polygons, the farthest first, in the colours they have.
+void BM_PainterPolygons(benchmark::State& state) {
+    const scene::Scene scene = hills(static_cast<std::size_t>(state.range(0)));
+    raster::Camera camera;
+    fit(camera, size, scene);
+    camera.height *= 0.6;
+    QImage image(size.width, size.height, QImage::Format_RGB32);
+    raster::ViewedPoints points;
+    std::vector<std::pair<double, const scene::SceneTriangle*>> order;
+    for (auto _ : state) {
+        orbit(camera, 1, 0);
+        view_points(points, projection_of(camera, size), scene.points);
+        order.clear();
+        for (const scene::SceneTriangle& triangle : scene.triangles) {
+            double depth = 0;
+            for (const std::uint32_t corner : triangle.corners) {
+                depth += points.viewed[corner].z;
+            }
+            order.emplace_back(-depth, &triangle);
+        }
+        std::sort(order.begin(), order.end());
+        image.fill(0xFFEEF1F4);
+        QPainter painter(&image);
+        painter.setPen(Qt::NoPen);
+        for (const auto& [depth, triangle] : order) {
+            std::array<QPointF, 3> corners;
+            for (std::size_t i = 0; i < 3; ++i) {
+                const raster::Seen& seen = points.seen[triangle->corners[i]];
+                corners[i] = {seen.x, seen.y};
+            }
+            painter.setBrush(QColor(QRgb(raster::darkened(0xFF88AA66, triangle->light))));
+            painter.drawConvexPolygon(corners.data(), 3);
+        }
+    }
+    state.counters["triangles"] = static_cast<double>(scene.triangles.size());
+}
+BENCHMARK(BM_PainterPolygons)->Arg(5000)->Arg(20000)->Arg(100000)->Unit(benchmark::kMillisecond);
+#endif
 
 class SilentReporter final : public Reporter {
   public:

@@ -185,9 +185,13 @@ int render_set(Cli& cli, const RenderOptions& options, const raster::PictureSize
         return cli.status;
     }
     scene::DrawOptions draw = draw_options(options);
-    if (options.row > 0 && !(draw.selected = number_of_row(cli, options))) {
-        return usage_error("--select: there is no row " + to_text(options.row) +
-                           " of marked materials");
+    if (options.row > 0) {
+        const auto number = number_of_row(cli, options);
+        if (!number) {
+            return usage_error("--select: there is no row " + to_text(options.row) +
+                               " of marked materials");
+        }
+        draw.selected = {*number};
     }
     locate_textures(*cli.disk, *scene, options.textures);
     for (const Note& note : scene->notes) {

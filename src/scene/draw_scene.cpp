@@ -22,6 +22,10 @@ constexpr unsigned night_light = 80; // of 256
 constexpr double mark_part = 0.028;  // of the picture's height: a mark without a size of its own
 constexpr Colour plain = 0xFFB4B4B4; // of a block without a material
 
+bool is_in(const std::vector<int>& numbers, int number) {
+    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
 // The colour of a block's triangles before light and shade.
 Colour block_colour(const Scene& scene, const SceneBlock& block, const DrawOptions& options,
                     const Theme& theme) {
@@ -35,16 +39,15 @@ Colour block_colour(const Scene& scene, const SceneBlock& block, const DrawOptio
     if (options.night) {
         colour = raster::darkened(colour, night_light);
     }
-    if (options.selected && *options.selected != block.material) {
+    if (!options.selected.empty() && !is_in(options.selected, block.material)) {
         const Colour alpha = colour & 0xFF000000;
         colour = (raster::mixed(colour, theme.background, dimmed) & 0x00FFFFFF) | alpha;
     }
     return colour;
 }
 
-bool is_refused(const DrawOptions& options, const SceneBlock& block,
-                const SceneTriangle& triangle) {
-    return options.ghost != nullptr && options.ghost->material == block.material &&
+bool is_refused(const DrawOptions& options, const SceneTriangle& triangle) {
+    return options.ghost != nullptr &&
            std::binary_search(options.ghost->refused.begin(), options.ghost->refused.end(),
                               triangle.line);
 }
@@ -60,8 +63,7 @@ void make_faces(std::vector<Face>& faces, const Scene& scene, const DrawOptions&
     for (std::size_t i = 0; i < faces.size(); ++i) {
         const SceneTriangle& triangle = scene.triangles[i];
         const SceneBlock& block = scene.blocks[triangle.block];
-        const Colour colour =
-            is_refused(options, block, triangle) ? theme.alarm : colours[triangle.block];
+        const Colour colour = is_refused(options, triangle) ? theme.alarm : colours[triangle.block];
         faces[i] = {triangle.corners, raster::darkened(colour, triangle.light),
                     static_cast<std::uint32_t>(i + 1), !block.reached};
     }
@@ -148,6 +150,17 @@ std::vector<Label> without_overlaps(const std::vector<Label>& labels,
     return result;
 }
 
+void add_corners(std::vector<Vec3>& points, const Scene& scene, const SceneTriangle& triangle) {
+    for (const std::uint32_t corner : triangle.corners) {
+        points.push_back(scene.points[corner]);
+    }
+}
+
+void add_ends(std::vector<Vec3>& points, const Mark& mark) {
+    points.push_back(mark.place);
+    points.push_back(mark.place + Vec3{0, mark.height, 0});
+}
+
 } // namespace
 
 Theme theme_of(bool dark, bool night) {
@@ -186,7 +199,7 @@ std::vector<Label> Painter::draw(raster::Picture& picture, const Scene& scene,
     for (std::size_t i = 0; options.marks && options.labels && i < scene.marks.size(); ++i) {
         add_mark_labels(labels, scene.marks[i], style);
     }
-    if (options.ghost != nullptr) {
+    if (options.marks && options.ghost != nullptr) {
         style.ghost = true;
         draw_marks(picture, options.ghost->marks, mark_bit | ghost_bit, style);
         for (const Mark& mark : options.ghost->marks) {
@@ -213,13 +226,29 @@ void draw_labels(raster::Picture& picture, const std::vector<Label>& labels, int
 void fit(raster::Camera& camera, const raster::PictureSize& size, const Scene& scene) {
     std::vector<Vec3> points;
     for (const SceneTriangle& triangle : scene.triangles) {
-        for (const std::uint32_t corner : triangle.corners) {
-            points.push_back(scene.points[corner]);
+        add_corners(points, scene, triangle);
+    }
+    for (const Mark& mark : scene.marks) {
+        add_ends(points, mark);
+    }
+    raster::fit(camera, size, points);
+}
+
+void fit(raster::Camera& camera, const raster::PictureSize& size, const Scene& scene,
+         const Ghost& ghost, const std::vector<int>& materials) {
+    std::vector<Vec3> points;
+    for (const SceneTriangle& triangle : scene.triangles) {
+        if (is_in(materials, scene.blocks[triangle.block].material)) {
+            add_corners(points, scene, triangle);
         }
     }
     for (const Mark& mark : scene.marks) {
-        points.push_back(mark.place);
-        points.push_back(mark.place + Vec3{0, mark.height, 0});
+        if (mark.source && is_in(materials, mark.source->material)) {
+            add_ends(points, mark);
+        }
+    }
+    for (const Mark& mark : ghost.marks) {
+        add_ends(points, mark);
     }
     raster::fit(camera, size, points);
 }

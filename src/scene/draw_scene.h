@@ -21,11 +21,11 @@ struct DrawOptions {
     bool normals = false;
     bool back_sides = true; // false: of each triangle only the side with its corners clockwise
     bool night = false;
-    bool grid = true;              // on the ground
-    bool compass = true;           // north arrow and scale bar
-    bool dark = false;             // colours that suit a dark window
-    std::optional<int> selected{}; // MATERIAL number that is lit, the rest dimmed
-    std::optional<int> hovered{};  // MATERIAL number whose triangles are outlined
+    bool grid = true;             // on the ground
+    bool compass = true;          // north arrow and scale bar
+    bool dark = false;            // colours that suit a dark window
+    std::vector<int> selected{};  // MATERIAL numbers that are lit, the rest dimmed; none: all lit
+    std::optional<int> hovered{}; // MATERIAL number whose triangles are outlined
     const Ghost* ghost = nullptr;
     const Catalogue* objects = nullptr; // what library calls show; others are red boxes
     int scale = 1; // pixels of the picture for one of the screen's: widths of lines, sizes of marks
@@ -60,6 +60,11 @@ void draw_labels(raster::Picture& picture, const std::vector<Label>& labels, int
 
 /// Turns and moves the camera so that the whole scene is in the picture.
 void fit(raster::Camera& camera, const raster::PictureSize& size, const Scene& scene);
+
+/// The same for what is to be seen of some materials: their triangles, the marks made of them, and
+/// the marks of the ghost. Without any of these nothing is changed.
+void fit(raster::Camera& camera, const raster::PictureSize& size, const Scene& scene,
+         const Ghost& ghost, const std::vector<int>& materials);
 
 /// The colours of a picture.
 struct Theme {

@@ -158,6 +158,20 @@ void fit(raster::Camera& camera, const raster::PictureSize& size, const Shape& s
     raster::fit(camera, size, points);
 }
 
+void fit_all_round(raster::Camera& camera, const raster::PictureSize& size, const Shape& shape) {
+    constexpr int headings = 12;
+    camera.target = box_in_metres(shape).centre();
+    double height = 0;
+    for (int i = 0; i < headings; ++i) {
+        raster::Camera turned = camera;
+        turned.heading = 360.0 * i / headings;
+        fit(turned, size, shape);
+        // Objects that are not round their middle need more room than when each is centred.
+        height = std::fmax(height, turned.height + 2 * length(turned.target - camera.target));
+    }
+    camera.height = height;
+}
+
 raster::Picture thumbnail(const Shape& shape, const raster::PictureSize& size,
                           const ShapeOptions& options, raster::Camera camera) {
     const raster::PictureSize doubled{2 * size.width, 2 * size.height};

@@ -25,6 +25,10 @@ void draw_shape(raster::Picture& picture, const Shape& shape, const raster::Came
 /// Moves the camera so that the whole object is in the picture.
 void fit(raster::Camera& camera, const raster::PictureSize& size, const Shape& shape);
 
+/// The same for an object that is turned: large enough for every heading, the middle of the object
+/// in the middle of the picture.
+void fit_all_round(raster::Camera& camera, const raster::PictureSize& size, const Shape& shape);
+
 /// A picture with smooth edges and without letters, the whole object in it, from a quarter above
 /// unless the camera has another view. What a shelf of objects shows.
 raster::Picture thumbnail(const Shape& shape, const raster::PictureSize& size,

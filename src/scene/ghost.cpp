@@ -7,6 +7,8 @@
 #include "scene/walk_model.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace morvane::scene {
 
@@ -118,6 +120,25 @@ Ghost ghost_of(Disk& /*disk*/, const OpenSet& set, const Scene& scene, std::size
         }
     }
     return ghost;
+}
+
+Ghost ghost_of(Disk& disk, const OpenSet& set, const Scene& scene,
+               const std::vector<std::size_t>& rows, Kind kind, const Parameters& parameters) {
+    Ghost all;
+    for (const std::size_t row : rows) {
+        if (row == 0 || row > set.translations.size() || !set.translation(row).processed.empty()) {
+            continue;
+        }
+        Ghost ghost = ghost_of(disk, set, scene, row, kind, parameters);
+        all.material = ghost.material;
+        std::move(ghost.marks.begin(), ghost.marks.end(), std::back_inserter(all.marks));
+        all.refused.insert(all.refused.end(), ghost.refused.begin(), ghost.refused.end());
+        if (all.trouble.empty()) {
+            all.trouble = std::move(ghost.trouble);
+        }
+    }
+    std::sort(all.refused.begin(), all.refused.end());
+    return all;
 }
 
 } // namespace morvane::scene

@@ -15,9 +15,9 @@ class Disk;
 
 namespace morvane::scene {
 
-/// What a kind and its parameters would make of one material that is still unprocessed.
+/// What a kind and its parameters would make of materials that are still unprocessed.
 struct Ghost {
-    int material = -1;
+    int material = -1; // the last of several
     std::vector<Mark> marks;
     std::vector<std::uint32_t> refused; // lines of triangles that a windsock refuses, ascending
     std::string trouble; // the message that Process would show; empty: it would succeed
@@ -29,5 +29,9 @@ struct Ghost {
 /// Nothing is read from or written to the disk.
 Ghost ghost_of(Disk& disk, const OpenSet& set, const Scene& scene, std::size_t row, Kind kind,
                const Parameters& parameters);
+
+/// The same for several rows together. Rows that are processed already are passed over.
+Ghost ghost_of(Disk& disk, const OpenSet& set, const Scene& scene,
+               const std::vector<std::size_t>& rows, Kind kind, const Parameters& parameters);
 
 } // namespace morvane::scene

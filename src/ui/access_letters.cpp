@@ -63,7 +63,9 @@ void connect_letter(QWidget& form, QWidget& widget, QChar letter) {
 std::vector<QWidget*> by_need(const QWidget& form) {
     std::vector<QWidget*> widgets;
     for (QWidget* widget : form.findChildren<QWidget*>()) {
-        if (!caption_of(*widget).isEmpty() && widget->window() == &form) {
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        const bool has_keys = button != nullptr && !button->shortcut().isEmpty();
+        if (!has_keys && !caption_of(*widget).isEmpty() && widget->window() == &form) {
             widgets.push_back(widget);
         }
     }

@@ -110,7 +110,7 @@ TEST(Pictures, AGhostWithARefusedTriangle) {
     const Ghost ghost = ghost_of(disk.disk(), set, scene, 1, Kind::Windsock, {});
     DrawOptions options;
     options.ghost = &ghost;
-    options.selected = 1;
+    options.selected = {1};
     expect_golden(render_picture(scene, camera_of(raster::View::Orbit), size, options), "ghost");
 }
 

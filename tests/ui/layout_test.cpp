@@ -129,23 +129,21 @@ void LayoutTest::panelsCanBeHiddenAndReset() {
 
 void LayoutTest::layoutIsKept() {
     Rig rig;
-    rig.form->addDockWidget(Qt::BottomDockWidgetArea, &messages_dock(rig));
+    rig.form->addDockWidget(Qt::RightDockWidgetArea, &messages_dock(rig));
     rig.restart();
-    QCOMPARE(rig.form->dockWidgetArea(&messages_dock(rig)), Qt::BottomDockWidgetArea);
+    QCOMPARE(rig.form->dockWidgetArea(&messages_dock(rig)), Qt::RightDockWidgetArea);
     messages_dock(rig).toggleViewAction()->trigger();
     rig.restart();
     QVERIFY(!messages_dock(rig).isVisible());
     trigger(*rig.form, "actionResetLayout");
     QVERIFY(messages_dock(rig).isVisible());
-    QCOMPARE(rig.form->dockWidgetArea(&messages_dock(rig)), Qt::RightDockWidgetArea);
+    QCOMPARE(rig.form->dockWidgetArea(&messages_dock(rig)), Qt::BottomDockWidgetArea);
 }
 
 void LayoutTest::pictureStandsBetweenStepsAndPanels() {
     Rig rig;
     rig.form->close();
     rig.form = std::make_unique<MainWindow>(rig.desk);
-    auto* picture = new QLabel(QStringLiteral("picture"));
-    rig.form->set_picture(*picture);
     auto* problems = new QPlainTextEdit;
     QDockWidget& dock =
         rig.form->add_panel(*problems, QStringLiteral("problemsDock"), QStringLiteral("Problems"));
@@ -154,7 +152,7 @@ void LayoutTest::pictureStandsBetweenStepsAndPanels() {
     QTest::qWait(30);
     trigger(*rig.form, "actionResetLayout");
     QTest::qWait(30);
-    QVERIFY(picture->isVisible());
+    QVERIFY(control<QWidget>(*rig.form, "sceneView").isVisible());
     const QRect steps = control<QDockWidget>(*rig.form, "stepsDock").geometry();
     const QRect middle = rig.form->centralWidget()->geometry();
     const QRect messages = messages_dock(rig).geometry();

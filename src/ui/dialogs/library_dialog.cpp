@@ -44,6 +44,11 @@ void LibraryDialog::take_identifier(const QString& identifier) {
     ui_->identifier.setText(identifier);
 }
 
+void LibraryDialog::take_object(const QString& identifier, const QString& scale) {
+    take_identifier(identifier);
+    ui_->scale.setText(scale);
+}
+
 void LibraryDialog::accept() {
     parameters_.libGUID = code_bytes(ui_->identifier.text());
     parameters_.libScale = code_bytes(ui_->scale.text());

@@ -19,6 +19,8 @@ class LibraryDialog : public QDialog {
 
     /// Puts an identifier into the field, for the library browser.
     void take_identifier(const QString& identifier);
+    /// The same for an object with its scale, in the form that the fields take.
+    void take_object(const QString& identifier, const QString& scale);
     void accept() override;
 
   Q_SIGNALS:

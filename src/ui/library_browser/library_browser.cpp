@@ -6,6 +6,7 @@
 #include "system/disk.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/library_browser/controls.h"
+#include "ui/library_browser/shelf.h"
 #include "ui/qt_text.h"
 #include "ui/widgets/file_drop.h"
 #include "ui/window_state.h"
@@ -42,6 +43,7 @@ LibraryBrowser::~LibraryBrowser() = default;
 void LibraryBrowser::restore_parts() {
     state_.restore(*ui_->splitter);
     state_.restore(*ui_->fileSplitter);
+    state_.restore(shelf_->splitter());
     state_.restore(ui_->auto_clear);
     state_.restore(ui_->show_header);
 }
@@ -49,6 +51,7 @@ void LibraryBrowser::restore_parts() {
 void LibraryBrowser::keep_parts() {
     state_.keep(*ui_->splitter);
     state_.keep(*ui_->fileSplitter);
+    state_.keep(shelf_->splitter());
     state_.keep(ui_->auto_clear);
     state_.keep(ui_->show_header);
 }
@@ -71,6 +74,9 @@ void LibraryBrowser::prepare_objects() {
     ui_->objectTable->horizontalHeader()->setHighlightSections(false);
     ui_->objectTable->sortByColumn(ObjectModel::Name, Qt::AscendingOrder);
     ui_->objectTable->installEventFilter(this);
+    shelf_ = new Shelf(objects_, desk_.disk, this);
+    ui_->tabs->addTab(shelf_, tr("Shelf"));
+    connect(shelf_, &Shelf::object_chosen, this, &LibraryBrowser::object_chosen);
     connect(ui_->objectFilter, &QLineEdit::textChanged, &shown_objects_, &ObjectFilter::set_text);
     connect(ui_->objectTable, &QTableView::doubleClicked, this, &LibraryBrowser::copy_identifier);
     connect(ui_->copyIdentifier, &QPushButton::clicked, this, &LibraryBrowser::copy_identifier);

@@ -16,6 +16,8 @@ class QFileSystemModel;
 
 namespace morvane {
 
+class Shelf;
+
 /// "Library Browser": reports on BGL files, finds library objects, widens the bounds of libraries.
 class LibraryBrowser : public ToolForm {
     Q_OBJECT
@@ -30,6 +32,10 @@ class LibraryBrowser : public ToolForm {
   Q_SIGNALS:
     /// An identifier went to the clipboard, in the form that a placement takes.
     void identifier_copied(const QString& identifier);
+    /// An object is to be put in the place of the selected materials.
+    void object_chosen(const QString& identifier, const QString& scale);
+    /// Files in which objects were found.
+    void libraries_found(const QStringList& paths);
 
   protected:
     void activated() override;
@@ -72,7 +78,7 @@ class LibraryBrowser : public ToolForm {
     void change_file(bool (*change)(const Services& services, const std::string& path,
                                     const std::string& program_folder));
     void show_report();
-    void fit_object_columns();
+    void show_objects(const QStringList& files);
     void begin_search();
     void end_search();
     bool show_progress(std::string_view what, std::size_t done, std::size_t total);
@@ -84,6 +90,7 @@ class LibraryBrowser : public ToolForm {
     QFileSystemModel* files_;
     ObjectModel objects_;
     ObjectFilter shown_objects_;
+    Shelf* shelf_ = nullptr;
     QString pending_report_; // text of the report that is not in tb1 yet
     QElapsedTimer repainted_;
     QString kept_folder_;    // as "libview.ini" has it

@@ -9,6 +9,7 @@
 #include "ui/hourglass.h"
 #include "ui/library_browser/controls.h"
 #include "ui/library_browser/library_browser.h"
+#include "ui/library_browser/shelf.h"
 #include "ui/qt_text.h"
 
 #include <QApplication>
@@ -50,7 +51,7 @@ void LibraryBrowser::analyse() {
         analyse_file(inspector_, path, ui_->show_header.isChecked(), ui_->auto_clear.isChecked());
     objects_.clear();
     objects_.add(path, analysis.objects);
-    fit_object_columns();
+    show_objects(analysis.objects.empty() ? QStringList() : QStringList{shown_text(path)});
 }
 
 // Whatever ends a search, the other windows come back to life.
@@ -67,15 +68,19 @@ class LibraryBrowser::Searching {
 
 void LibraryBrowser::search() {
     objects_.clear();
+    QStringList files;
     {
         const Searching searching(*this);
         const Busy busy(*this);
         search_folder(inspector_, path_bytes(folder()), ui_->auto_clear.isChecked(),
-                      [this](const std::string& path, const std::vector<LibraryObject>& objects) {
+                      [&](const std::string& path, const std::vector<LibraryObject>& objects) {
                           objects_.add(path, objects);
+                          if (!objects.empty()) {
+                              files.append(shown_text(path));
+                          }
                       });
     }
-    fit_object_columns();
+    show_objects(files);
 }
 
 // Nothing but the stop button may be used while a search runs: its events are handled in the
@@ -141,7 +146,12 @@ void LibraryBrowser::show_report() {
     ui_->report.verticalScrollBar()->setValue(ui_->report.verticalScrollBar()->maximum());
 }
 
-void LibraryBrowser::fit_object_columns() {
+// What a report has listed, from these files.
+void LibraryBrowser::show_objects(const QStringList& files) {
+    shelf_->forget();
+    if (!files.isEmpty()) {
+        Q_EMIT libraries_found(files);
+    }
     for (int column = 0; column < ObjectModel::File; ++column) {
         ui_->objectTable->resizeColumnToContents(column);
     }

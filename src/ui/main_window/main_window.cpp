@@ -27,6 +27,7 @@ MainWindow::MainWindow(Desk& desk, QWidget* parent)
     prepare_controls();
     prepare_materials();
     prepare_docks();
+    prepare_picture();
     prepare_history();
     views_ = std::make_unique<DocumentViews>(*this, desk_, tools_, *ui_->menuEdit);
     connect_changes();

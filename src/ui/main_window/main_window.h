@@ -29,6 +29,9 @@ class QListWidget;
 namespace morvane {
 
 class DocumentViews;
+class LibraryBrowser;
+class ScenePanel;
+class ScenePresenter;
 
 /// The main window: the steps from Open to Save, the message log, and the way to the other tools.
 /// It is a view of the document and starts its commands.
@@ -110,6 +113,15 @@ class MainWindow : public QMainWindow {
     void keep_layout();
     void reset_layout();
 
+    // main_window_picture.cpp
+    void prepare_picture();
+    void keep_picture();
+    void connect_browser(LibraryBrowser& browser);
+    void add_libraries(const QStringList& paths);
+    void point_at_line(const QString& text, std::size_t line);
+    void show_line(std::size_t line);
+    void place_object(const QString& identifier, const QString& scale);
+
     // main_window_set.cpp
     void browse();
     void open() { open_set(); }
@@ -187,6 +199,10 @@ class MainWindow : public QMainWindow {
     std::unique_ptr<DocumentViews> views_;
     CompilerWatch compiler_;
     QListWidget* history_ = nullptr;
+    ScenePanel* panel_ = nullptr;
+    ScenePresenter* picture_ = nullptr;
+    QAction* show_picture_ = nullptr;
+    std::size_t pointed_line_ = 0; // of the model file, clicked in the picture; 0: none
     QByteArray first_layout_; // of the docks, as it is before anybody has moved one
 };
 

@@ -104,6 +104,7 @@ QString MainWindow::layout_key() const {
 
 void MainWindow::keep_layout() {
     state_.keep(*this);
+    keep_picture();
     state_.set_bytes(layout_key(), saveState(layout_version));
     if (columns_kept_) {
         state_.keep(*ui_->materials.header(), QStringLiteral("Form1/lstMat2proc"));

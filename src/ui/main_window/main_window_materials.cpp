@@ -91,6 +91,7 @@ void MainWindow::select_row(std::size_t row) {
 
 void MainWindow::show_selection() {
     const std::size_t row = selected_row();
+    pointed_line_ = 0;
     if (row == 0) {
         ui_->highlight_color.set_color({});
         ui_->own_color.set_color({});
@@ -206,7 +207,9 @@ void MainWindow::copy_rows() {
 }
 
 void MainWindow::show_source() {
-    if (const std::size_t row = selected_row(); row > 0) {
+    if (pointed_line_ > 0) {
+        show_line(pointed_line_);
+    } else if (const std::size_t row = selected_row(); row > 0) {
         views_->show_source(row);
     }
 }

@@ -33,6 +33,7 @@ void ToolWindows::show_model_modifier() {
 LibraryBrowser& ToolWindows::show_library_browser() {
     if (!library_browser_) {
         library_browser_ = std::make_unique<LibraryBrowser>(desk_, state_);
+        on_library_browser(*library_browser_);
     }
     library_browser_->bring_up();
     return *library_browser_;

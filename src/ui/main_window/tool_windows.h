@@ -33,6 +33,8 @@ class ToolWindows {
 
     void show_model_modifier();
     LibraryBrowser& show_library_browser();
+    /// Called once, when the library browser has been made.
+    std::function<void(LibraryBrowser&)> on_library_browser = [](LibraryBrowser&) {};
     /// `input_file` gives the base path that the main window shows.
     void show_label_rename(const std::function<QString()>& input_file);
     void show_library_compiler();

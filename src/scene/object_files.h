@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "scene/read_library.h"
+#include "scene/scene.h"
+#include "scene/shape.h"
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace morvane {
+class Disk;
+}
+
+namespace morvane::scene {
+
+/// Objects of library files by file and identifier. The list of a file's objects is read once and
+/// kept, the objects themselves are read each time.
+class ObjectFiles {
+  public:
+    explicit ObjectFiles(Disk& disk) : disk_(disk) {}
+
+    /// Reads an object. One that is not found, or whose file cannot be read, draws nothing; its
+    /// `trouble` says why.
+    Shape read(const std::string& path, const Guid128& guid);
+    /// Adds to the catalogue the objects that the scene or the ghost calls and that one of the
+    /// files has. Of several files the first counts; those that cannot be read have no objects.
+    void add_called(Catalogue& catalogue, const std::vector<Mark>& marks,
+                    const std::vector<std::string>& paths);
+    /// Lists files anew when they are needed next: they may have changed.
+    void forget() { places_.clear(); }
+
+  private:
+    using Places = std::map<Guid128, ObjectPlace>;
+    const Places& places_of(const std::string& path);
+
+    Disk& disk_;
+    std::map<std::string, Places> places_;
+};
+
+} // namespace morvane::scene
