@@ -70,10 +70,8 @@ void ShapeView::paintEvent(QPaintEvent* /*event*/) {
     const bool dark = wants_dark_picture(palette());
     scene::draw_shape(picture_, shape_, near, size,
                       {.dark = dark, .scale = std::max(1, static_cast<int>(std::lround(scale)))});
-    const QImage image(reinterpret_cast<const uchar*>(picture_.pixels.data()), picture_.size.width,
-                       picture_.size.height, picture_.size.width * 4, QImage::Format_RGB32);
     QPainter painter(this);
-    painter.drawImage(rect(), image);
+    painter.drawImage(rect(), image_of(picture_));
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));

@@ -4,6 +4,7 @@
 #include "library/identifier.h"
 #include "scene/draw_shape.h"
 #include "ui/qt_text.h"
+#include "ui/scene_view/view_habits.h"
 
 #include <QElapsedTimer>
 
@@ -88,9 +89,7 @@ ShelfPictures::Thumbnail ShelfPictures::make(const Wish& wish) {
     const int scale = std::max(1, static_cast<int>(std::lround(scale_)));
     const raster::Picture picture =
         scene::thumbnail(shape, {size_.width(), size_.height()}, {.dark = dark_, .scale = scale});
-    const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), picture.size.width,
-                       picture.size.height, picture.size.width * 4, QImage::Format_RGB32);
-    Thumbnail thumbnail{image.copy(), shown_text(scene::measures_text(shape)),
+    Thumbnail thumbnail{image_of(picture).copy(), shown_text(scene::measures_text(shape)),
                         shape.trouble.empty()};
     thumbnail.image.setDevicePixelRatio(scale_);
     return thumbnail;

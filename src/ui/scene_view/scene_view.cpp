@@ -60,9 +60,9 @@ void SceneView::set_hovered(std::optional<int> material) {
 }
 
 void SceneView::set_options(const scene::DrawOptions& options) {
-    const std::vector<int> selected = std::move(options_.selected);
+    std::vector<int> selected = std::move(options_.selected);
     options_ = options;
-    options_.selected = selected;
+    options_.selected = std::move(selected);
     options_.dark = wants_dark_picture(palette());
     redraw();
 }
@@ -145,10 +145,8 @@ void SceneView::draw() {
 
 void SceneView::paintEvent(QPaintEvent* /*event*/) {
     draw();
-    const QImage image(reinterpret_cast<const uchar*>(picture_.pixels.data()), picture_.size.width,
-                       picture_.size.height, picture_.size.width * 4, QImage::Format_RGB32);
     QPainter painter(this);
-    painter.drawImage(rect(), image);
+    painter.drawImage(rect(), image_of(picture_));
     draw_overlay(painter);
 }
 
