@@ -1,7 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/live_problems.h"
 
+#include "document/coming_file.h"
+#include "source/source_set.h"
+
 namespace morvane {
+
+namespace {
+
+// Parameters are in no file: their place is that of the material.
+void place_at_material(const OpenSet& set, Problem& problem) {
+    if (!problem.path.empty() || !problem.row) {
+        return;
+    }
+    const std::size_t line = set.translation(*problem.row).block.selecting_line;
+    problem.path = model_file_name(set.base);
+    problem.line = set.saved ? ComingFile::model(set).number_of(line) : line;
+}
+
+} // namespace
 
 std::vector<Problem> problems_of(Disk& disk, const Document& document,
                                  const CheckKnowledge& knowledge) {
@@ -18,7 +35,11 @@ std::vector<Problem> problems_of(Disk& disk, const Document& document,
     for (const StepMaterial* material : document.processed_materials()) {
         request.planned.push_back({material->row, material->kind, material->parameters});
     }
-    return find_problems(disk, request);
+    std::vector<Problem> problems = find_problems(disk, request);
+    for (Problem& problem : problems) {
+        place_at_material(set, problem);
+    }
+    return problems;
 }
 
 } // namespace morvane

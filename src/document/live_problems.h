@@ -18,7 +18,8 @@ struct CheckKnowledge {
 
 /// The problems of a document as it is now, worst first, without those that are switched off. Lines
 /// are those of the files on the disk: generated code that is not saved yet belongs to the line
-/// that it goes before. None while no set has been read.
+/// that it goes before, and a parameter to the line that selects its material. None while no set
+/// has been read.
 std::vector<Problem> problems_of(Disk& disk, const Document& document,
                                  const CheckKnowledge& knowledge);
 

@@ -275,8 +275,27 @@ TEST_F(ViewsTest, ProblemsFollowTheDocument) {
         return problem.code == "light-variable";
     });
     EXPECT_EQ(found->row, 1U);
+    EXPECT_EQ(found->path, base + "_0.asm");
+    EXPECT_EQ(found->line, 9U) << "where the material is selected";
     document.undo();
     EXPECT_THAT(codes(), Not(Contains("light-variable")));
+}
+
+TEST_F(ViewsTest, AfterSaveProblemsNameLinesOfTheSavedFile) {
+    parameters.lights.LightVariable.clear();
+    document.set_default_parameters(parameters);
+    document.process(1, Kind::LibraryNew);
+    document.process(2, Kind::Lights);
+    const std::size_t line = 13 + code_size(1);
+    ASSERT_TRUE(document.save(base).saved);
+    for (const Problem& problem : problems_of(*disk, document, knowledge)) {
+        if (problem.code == "light-variable") {
+            EXPECT_EQ(problem.line, line);
+            EXPECT_EQ(file_lines(base + "_0.asm").at(line - 1), "MATERIAL 1,0 ; x");
+            return;
+        }
+    }
+    ADD_FAILURE() << "no light-variable";
 }
 
 TEST_F(ViewsTest, EffectsAndLibrariesAreLookedUp) {

@@ -162,9 +162,9 @@ void SourceWindow::show_line(SetFile which, std::size_t line) {
         const QSignalBlocker quiet(files_);
         files_->setCurrentIndex(which == SetFile::Frame ? 1 : 0);
     }
+    bring_up(); // first, so that the views have their size and the line comes into their middle
     read();
     go_to_row(comparison_->row_of_now(line));
-    bring_up();
     now_->setFocus();
 }
 

@@ -28,6 +28,7 @@ CodePanel::CodePanel(QWidget* parent)
     lines_->setAccessibleName(tr("Code"));
     what_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* bar = new QHBoxLayout;
+    bar->setContentsMargins(4, 2, 4, 0);
     bar->addWidget(what_, 1);
     bar->addWidget(wanted_);
     auto* layout = new QVBoxLayout(this);

@@ -94,7 +94,9 @@ void DocumentViews::connect_document() {
 }
 
 void DocumentViews::check_soon() {
-    wait_.start();
+    if (!wait_.isActive()) {
+        wait_.start();
+    }
 }
 
 // A set that takes long to check is checked less often.
@@ -139,8 +141,6 @@ void DocumentViews::show_problem(const Problem& problem) {
         tools_.source_window(document_).show_line(SetFile::Model, problem.line);
     } else if (problem.path == frame_file_name(base)) {
         tools_.source_window(document_).show_line(SetFile::Frame, problem.line);
-    } else if (problem.path.empty() && problem.row && document_.set().opened) {
-        show_source(*problem.row);
     } else if (desk_.disk.is_file(problem.path)) {
         tools_.show_text(problem.path, problem.line);
     }

@@ -52,6 +52,7 @@ ProblemPanel::ProblemPanel(QWidget* parent) : QWidget(parent), list_(nullptr) {
     shown_.setSourceModel(&problems_);
     list_ = make_list(shown_, this);
     auto* bar = new QHBoxLayout;
+    bar->setContentsMargins(4, 2, 4, 0);
     for (QToolButton* button :
          {add_button(Severity::Error, "showErrors"), add_button(Severity::Warning, "showWarnings"),
           add_button(Severity::Note, "showNotes")}) {
