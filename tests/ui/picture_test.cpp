@@ -51,6 +51,7 @@ class PictureTest : public QObject {
     void codeThatIsNeverReachedIsReported();
     void textureFolderIsSearchedToo();
     void followsTheTheme();
+    void wideWindowCanBecomeNarrowAgain();
     void droppedObjectBecomesLibraryNew_data();
     void droppedObjectBecomesLibraryNew();
     void otherThingsCannotBeDropped();
@@ -566,6 +567,15 @@ void PictureTest::followsTheTheme() {
         settle();
         QCOMPARE(pixel(view, QPoint(view.width() - 2, view.height() - 2)),
                  scene::theme_of(dark, false).background);
+    }
+}
+
+void PictureTest::wideWindowCanBecomeNarrowAgain() {
+    Rig rig;
+    for (const QSize& size : {QSize(1600, 800), QSize(960, 540)}) {
+        rig.form->resize(size);
+        QTest::qWait(20);
+        QCOMPARE(rig.form->size(), size);
     }
 }
 

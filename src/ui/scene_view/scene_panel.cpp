@@ -6,6 +6,8 @@
 #include <QKeySequence>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace morvane {
 
 namespace {
@@ -163,6 +165,12 @@ void ScenePanel::show_words(const QString& words, const QString& alarm, const QS
                         : QStringLiteral("<span style=\"color:%1\">%2</span> %3")
                               .arg(color, alarm.toHtmlEscaped(), words.toHtmlEscaped()));
     details_->setText(details);
+}
+
+QSize ScenePanel::minimumSizeHint() const {
+    const QMargins around = layout()->contentsMargins();
+    const int widest = std::max(buttons_->sizeHint().width(), checks_->sizeHint().width());
+    return {widest + around.left() + around.right(), QWidget::minimumSizeHint().height()};
 }
 
 // One row where there is room for one, else two.

@@ -24,6 +24,9 @@ class ScenePanel : public QWidget {
 
     SceneView& view() { return *view_; }
     const std::array<QCheckBox*, 6>& boxes() const { return boxes_; }
+    /// That of the two rows above the picture, also while they are in one: a wide window must be
+    /// able to become narrow again.
+    QSize minimumSizeHint() const override;
     /// What is said below the picture; `alarm` before it, in the colour of what is wrong.
     void show_words(const QString& words, const QString& alarm, const QString& details);
 
