@@ -131,5 +131,30 @@ INSTANTIATE_TEST_SUITE_P(All, ExampleSets,
                          testing::Values("airport", "regional", "aircraft-lights",
                                          "aircraft-dictionary"));
 
+class ProjectSets : public WholeSets, public testing::WithParamInterface<const char*> {};
+
+// As the project makes them: with its macros, which its folder need not hold.
+TEST_P(ProjectSets, HaveNoErrorsAsTheyAreNorAsProcessMakesThem) {
+    const std::string name = GetParam();
+    take("examples/project");
+    fs::copy_file(source_folder() + "/share/morvane.inc", folder.file("exports/morvane.inc"));
+    const std::string base = "exports/" + name;
+    check(base);
+    EXPECT_THAT(bad(), IsEmpty());
+    RecipeReading reading = read_recipe(*disk, folder.file("recipes/" + name + ".toml"), "");
+    ASSERT_TRUE(reading.recipe);
+    reading.recipe->macros = "morvane.inc";
+    const RecipePlan plan = plan_recipe(set, *reading.recipe);
+    ASSERT_FALSE(plan.steps.empty());
+    ASSERT_TRUE(apply_recipe(services, set, *reading.recipe, plan).ok);
+    ASSERT_TRUE(save_set(services, set, folder.file(base)).saved);
+    check(base);
+    // The terminal's smoke comes after the line at which its export returns: a warning.
+    EXPECT_THAT(bad(), testing::Each(testing::StartsWith("warning code-after-return")));
+    EXPECT_EQ(problem("already-rewritten").severity, Severity::Note);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ProjectSets, testing::Values("apron", "terminal", "tower"));
+
 } // namespace
 } // namespace morvane::test
