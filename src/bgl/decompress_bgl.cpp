@@ -183,7 +183,7 @@ bool is_compressed(Disk& disk, const std::string& path) {
 // compressed file of such a name is the user's own, for what we unpack is never compressed.
 std::string free_name(Disk& disk, const std::string& program_folder, const std::string& path) {
     for (const char* name : {"tmp.bgl", "tmp2.bgl"}) {
-        const std::string unpacked = join_path(program_folder, name);
+        std::string unpacked = join_path(program_folder, name);
         if (!disk.is_file(unpacked)) {
             return unpacked;
         }

@@ -61,7 +61,7 @@ int run_rename_labels(Cli& cli, const std::string& file, const std::string& suff
 }
 
 std::shared_ptr<Bases> add_bases(CLI::App& command) {
-    const auto bases = std::make_shared<Bases>();
+    auto bases = std::make_shared<Bases>();
     command
         .add_option("BASE", *bases,
                     "Base path of the set, without an ending; several for an aircraft")

@@ -6,14 +6,13 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "base/text.h"
+#include "library/library_list.h"
 #include "source/fields.h"
 #include "source/source_set.h"
 
 namespace morvane {
 
 namespace {
-
-constexpr double unit_scale = 65536;
 
 // The first line that holds the word, 0 when none does.
 std::size_t find_scale_line(const LineStore& frame) {

@@ -16,8 +16,6 @@ namespace morvane {
 
 namespace {
 
-constexpr double unit_scale = 65536;
-
 std::uint8_t byte_field(std::string_view text) {
     const std::int32_t value = round_to_int32(number_field(text));
     if (value < 0 || value > std::numeric_limits<std::uint8_t>::max()) {

@@ -11,6 +11,9 @@
 
 namespace morvane {
 
+/// The stored scale of an object in its own size.
+constexpr double unit_scale = 65536;
+
 inline constexpr std::size_t max_library_entries = 100;
 inline constexpr std::size_t max_object_name = 47; // bytes
 
@@ -19,7 +22,7 @@ struct LibraryEntry {
     Guid128 guid{};
     std::uint8_t image_power = 0;  // up to 100: from how far the object is seen
     std::int32_t object_size = 0;  // maximum diameter in scale units
-    std::int32_t stored_scale = 0; // 65536 / scale
+    std::int32_t stored_scale = 0; // unit_scale / scale
     std::int32_t object_type = 0;
     std::int32_t fourth_dword = 0; // stays 0
     std::string name;              // at most 47 bytes, Windows-1252

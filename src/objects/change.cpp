@@ -48,10 +48,10 @@ void Change::exchange(OpenSet& set) {
 }
 
 std::size_t Change::bytes() const {
-    std::size_t sum = sizeof *this + block_.bytes();
+    std::size_t sum = sizeof(Change) + block_.bytes();
     if (replacement_) {
         for (const std::string& line : replacement_->code) {
-            sum += sizeof line + line.capacity();
+            sum += sizeof(std::string) + line.capacity();
         }
     }
     return sum + (frame_ ? frame_->bytes() : 0);

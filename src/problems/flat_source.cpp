@@ -177,8 +177,8 @@ std::string FlatSource::place(const Statement& statement) const {
 MergedModel merge_model(const OpenSet& set) {
     MergedModel merged{set.model, {}};
     const std::vector<const Replacement*> ordered = ordered_replacements(set);
-    for (auto it = ordered.rbegin(); it != ordered.rend(); ++it) {
-        const Replacement& replacement = **it;
+    for (std::size_t later = ordered.size(); later-- > 0;) {
+        const Replacement& replacement = *ordered[later];
         merged.lines.insert_lines(replacement.before_line, replacement.code);
         merged.pieces.insert(merged.pieces.begin(),
                              {replacement.before_line, replacement.code.size()});

@@ -37,7 +37,6 @@ std::string_view forms_of(MacroId macro) {
     case MacroId::IfSizeV:
         return "-ww";
     case MacroId::Material:
-        return "ww";
     case MacroId::DrawTriBegin:
         return "ww";
     case MacroId::DrawTri:

@@ -56,7 +56,7 @@ class Table {
             errors_.add(place_, "\"" + std::string(key) + "\" is missing");
             return {};
         }
-        const std::string value = text(key);
+        std::string value = text(key);
         if (value.empty()) {
             refuse(key, "is empty");
         }

@@ -94,7 +94,7 @@ std::string reason_to_make(Disk& disk, const Project& project, const PlannedBuil
     if (!record.made) {
         return "failed before";
     }
-    if (const std::string reason = input_reason(disk, project, planned, record); !reason.empty()) {
+    if (std::string reason = input_reason(disk, project, planned, record); !reason.empty()) {
         return reason;
     }
     if (record.compiler != planned.compiler) {

@@ -43,9 +43,9 @@ void draw_text(Picture& picture, int x, int y, std::string_view text, Colour col
     std::vector<Vertex> vertices(letters.size() * 80 + 80);
     const int count = stb_easy_font_print(0, 0, letters.data(), nullptr, vertices.data(),
                                           static_cast<int>(vertices.size() * sizeof(Vertex)));
-    for (int i = 0; i < count; ++i) {
-        const Vertex& first = vertices[static_cast<std::size_t>(4 * i)];
-        const Vertex& last = vertices[static_cast<std::size_t>(4 * i + 2)];
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+        const Vertex& first = vertices[4 * i];
+        const Vertex& last = vertices[4 * i + 2];
         fill_rectangle(picture, x + static_cast<int>(first.x) * size,
                        y + static_cast<int>(first.y) * size,
                        static_cast<int>(last.x - first.x) * size,

@@ -2,6 +2,7 @@
 #include "raster/picture.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace morvane::raster {
@@ -12,7 +13,17 @@ unsigned channel(Colour colour, unsigned shift) {
     return colour >> shift & 0xFF;
 }
 
+unsigned channel_of(double part) {
+    return std::isfinite(part)
+               ? static_cast<unsigned>(std::floor(std::clamp(part, 0.0, 1.0) * 255 + 0.5))
+               : 0;
+}
+
 } // namespace
+
+Colour colour_of_parts(double red, double green, double blue, double alpha) {
+    return colour_of(channel_of(red), channel_of(green), channel_of(blue), channel_of(alpha));
+}
 
 Colour mixed(Colour a, Colour b, unsigned part) {
     const auto mix = [&](unsigned shift) {

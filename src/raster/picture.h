@@ -16,6 +16,9 @@ using Colour = std::uint32_t;
 constexpr Colour colour_of(unsigned red, unsigned green, unsigned blue, unsigned alpha = 255) {
     return alpha << 24 | red << 16 | green << 8 | blue;
 }
+/// The colour of channels that are given as parts of 1. What lies outside 0 .. 1 is brought there;
+/// what is no number counts as 0.
+Colour colour_of_parts(double red, double green, double blue, double alpha);
 /// `part` of 256 of `a`, the rest of `b`, in each channel; opaque.
 Colour mixed(Colour a, Colour b, unsigned part);
 /// Each channel `part` of 256 of what it was; alpha as it was.

@@ -3,9 +3,6 @@
 
 #include "base/errors.h"
 
-#define STB_IMAGE_WRITE_STATIC
-#define STB_IMAGE_WRITE_IMPLEMENTATION
-#define STBI_WRITE_NO_STDIO
 #include <stb/stb_image_write.h>
 
 namespace morvane::raster {

@@ -18,7 +18,6 @@ constexpr double unknown_size = 10;       // metres, of an object that no librar
 constexpr std::size_t max_faces = 400000; // of all objects of libraries in a picture
 constexpr int round_sides = 10;
 
-using raster::Face;
 using raster::Stroke;
 
 Colour colour_in(Colour colour, const MarkStyle& style, const Mark& mark) {

@@ -21,19 +21,14 @@ SourceVertex read_vertex(const ModelLine& line, Problems& problems) {
     return {{n[0], n[1], n[2]}, {n[3], n[4], n[5]}};
 }
 
-unsigned channel(double part) {
-    return static_cast<unsigned>(std::floor(std::clamp(part, 0.0, 1.0) * 255 + 0.5));
-}
-
 SceneMaterial read_material(const ModelLine& line, Problems& problems) {
     std::array<double, 7> n{};
     if (!read_numbers(statement_of(line.text).rest, n)) {
         problems.add("a material cannot be read", line.number);
         return {};
     }
-    const unsigned alpha = channel(n[3]);
-    return {raster::colour_of(channel(n[0]), channel(n[1]), channel(n[2]), alpha),
-            raster::colour_of(channel(n[4]), channel(n[5]), channel(n[6]), alpha)};
+    return {raster::colour_of_parts(n[0], n[1], n[2], n[3]),
+            raster::colour_of_parts(n[4], n[5], n[6], n[3])};
 }
 
 SceneTexture read_texture(const ModelLine& line, Problems& problems) {

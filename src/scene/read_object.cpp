@@ -43,12 +43,6 @@ double variable(std::uint16_t id) {
     }
 }
 
-unsigned channel(double part) {
-    return std::isfinite(part)
-               ? static_cast<unsigned>(std::floor(std::clamp(part, 0.0, 1.0) * 255 + 0.5))
-               : 0;
-}
-
 struct Vertex {
     Vec3 place;
     bool known = false;
@@ -382,12 +376,10 @@ class Interpreter {
         materials_.assign(count, {});
         for (Skin& skin : materials_) {
             const Vec3 diffuse = reader.read_vector();
-            const unsigned alpha = channel(reader.read_float());
+            const double alpha = reader.read_float();
             const Vec3 ambient = reader.read_vector();
-            skin.diffuse = raster::colour_of(channel(diffuse.x), channel(diffuse.y),
-                                             channel(diffuse.z), alpha);
-            skin.ambient = raster::colour_of(channel(ambient.x), channel(ambient.y),
-                                             channel(ambient.z), alpha);
+            skin.diffuse = raster::colour_of_parts(diffuse.x, diffuse.y, diffuse.z, alpha);
+            skin.ambient = raster::colour_of_parts(ambient.x, ambient.y, ambient.z, alpha);
             reader.skip(40);
         }
     }

@@ -90,9 +90,10 @@ class Walker {
     // Everything that the entries lead to.
     void run(const std::vector<std::size_t>& entries, const State& start) {
         std::vector<Pending> pending;
-        for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-            pending.push_back({*entry, start});
+        for (const std::size_t entry : entries) {
+            pending.push_back({entry, start});
         }
+        std::reverse(pending.begin(), pending.end());
         run(std::move(pending), 0);
     }
 

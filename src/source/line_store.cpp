@@ -131,12 +131,12 @@ LineStore::Run LineStore::unchanged_run(std::size_t first, std::size_t last) con
         return {};
     }
     const char* const begin = lines_[first].data();
-    const char* end = begin;
-    std::size_t i = first;
-    do {
-        end = lines_[i].data() + lines_[i].size() + 2;
+    const char* end = begin + lines_[first].size() + 2;
+    std::size_t i = first + 1;
+    while (i <= last && lines_[i].data() == end && is_written_as_read(lines_[i])) {
+        end += lines_[i].size() + 2;
         ++i;
-    } while (i <= last && lines_[i].data() == end && is_written_as_read(lines_[i]));
+    }
     return {{begin, static_cast<std::size_t>(end - begin)}, i - first};
 }
 

@@ -8,7 +8,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::array<int, 3> signals{SIGINT, SIGTERM, SIGHUP};
+constexpr std::array<int, 3> ending_signals{SIGINT, SIGTERM, SIGHUP};
 
 // A signal's handler can reach nothing but what is global.
 volatile std::sig_atomic_t requested_flag = 0;
@@ -35,7 +35,7 @@ void handle(int number, void (*handler)(int)) {
 
 Interruption::Interruption() {
     requested_flag = 0;
-    for (const int number : signals) {
+    for (const int number : ending_signals) {
         if (!is_ignored(number)) {
             handle(number, on_signal);
         }
@@ -43,7 +43,7 @@ Interruption::Interruption() {
 }
 
 Interruption::~Interruption() {
-    for (const int number : signals) {
+    for (const int number : ending_signals) {
         if (!is_ignored(number)) {
             handle(number, SIG_DFL);
         }

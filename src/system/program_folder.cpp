@@ -25,7 +25,7 @@ std::string find_program_folder(Disk& disk, const ProgramFolderChoices& choices)
 }
 
 std::string resolve_program_folder(Disk& disk, const ProgramFolderChoices& choices) {
-    const std::string folder = find_program_folder(disk, choices);
+    std::string folder = find_program_folder(disk, choices);
     if (!disk.is_folder(folder)) {
         disk.create_folder(folder);
     }

@@ -22,7 +22,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-[[noreturn]] void fail(int code, const std::string& path) {
+[[noreturn]] void fail_to_start(int code, const std::string& path) {
     switch (code) {
     case ENOENT:
         throw RuntimeError(ErrorNumber::FileNotFound, path);
@@ -114,7 +114,7 @@ pid_t spawn(const ProgramCall& call, const SpawnSettings& settings) {
     const int code = ::posix_spawn(&process, program.c_str(), settings.files(),
                                    settings.attributes(), arguments.data(), ::environ);
     if (code != 0) {
-        fail(code, texts[0]);
+        fail_to_start(code, texts[0]);
     }
     return process;
 }
@@ -245,7 +245,7 @@ Descriptor open_output(const std::string& path) {
     }
     Descriptor output(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (!output.valid()) {
-        fail(errno, path);
+        fail_to_start(errno, path);
     }
     return output;
 }

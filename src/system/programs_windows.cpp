@@ -17,7 +17,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-[[noreturn]] void fail(DWORD code, const std::string& path) {
+[[noreturn]] void fail_to_start(DWORD code, const std::string& path) {
     switch (code) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
@@ -114,7 +114,7 @@ Handle open_output(const std::string& path) {
                             FILE_SHARE_READ | FILE_SHARE_WRITE, &attributes, CREATE_ALWAYS,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.valid()) {
-        fail(GetLastError(), path);
+        fail_to_start(GetLastError(), path);
     }
     return file;
 }
@@ -147,7 +147,7 @@ Process spawn(const ProgramCall& call, const Handle& output, DWORD flags) {
     if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr,
                        output.valid() ? TRUE : FALSE, flags, nullptr,
                        folder.empty() ? nullptr : folder.c_str(), &startup, &process) == 0) {
-        fail(GetLastError(), call.arguments[0]);
+        fail_to_start(GetLastError(), call.arguments[0]);
     }
     return {Handle(process.hProcess), Handle(process.hThread)};
 }

@@ -19,10 +19,6 @@ bool follows_up(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-bool is_control(char byte) {
-    return (static_cast<unsigned char>(byte) < ' ' && byte != '\t') || byte == '\x7F';
-}
-
 // The byte at which character `index` (from 0) of a line begins.
 std::size_t byte_at(std::string_view line, std::size_t index) {
     std::size_t at = 0;
@@ -56,6 +52,10 @@ std::string excerpt(std::string_view line, std::size_t column) {
 }
 
 } // namespace
+
+bool is_control(char byte) {
+    return (static_cast<unsigned char>(byte) < ' ' && byte != '\t') || byte == '\x7F';
+}
 
 std::vector<std::string_view> document_lines(std::string_view text) {
     std::vector<std::string_view> lines;

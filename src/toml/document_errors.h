@@ -16,6 +16,9 @@ struct Place {
     std::size_t column = 1;
 };
 
+/// Whether the byte is a control character other than a tab, which no text of a document may hold.
+bool is_control(char byte);
+
 /// Collects what is wrong in a document, to be told in the order of its lines.
 class DocumentErrors {
   public:

@@ -9,10 +9,6 @@ namespace morvane {
 
 namespace {
 
-bool is_control(char byte) {
-    return (static_cast<unsigned char>(byte) < ' ' && byte != '\t') || byte == '\x7F';
-}
-
 void add(const TomlEntry& entry, const std::string& problem, DocumentErrors& errors) {
     errors.add(entry.value_place, "\"" + std::string(entry.key) + "\" " + problem);
 }

@@ -156,7 +156,7 @@ Words find_compiler(const Services& services, Programs& programs, const CompileJ
         return {};
     }
     CompilerSearch search(services, programs);
-    const Words command = wanted->empty() ? search.of_set(job.base) : search.given(*wanted);
+    Words command = wanted->empty() ? search.of_set(job.base) : search.given(*wanted);
     if (command.empty()) {
         report_missing(services.reporter, wanted->empty() ? "bglc" : wanted->front(),
                        search.told());

@@ -25,7 +25,7 @@ using test::DrawingCode;
 using test::SetOnDisk;
 using test::SmallSet;
 
-constexpr raster::PictureSize size{200, 150};
+constexpr raster::PictureSize picture_size{200, 150};
 
 raster::Camera camera_of(raster::View view) {
     raster::Camera camera;
@@ -64,8 +64,8 @@ Parameters some_parameters() {
 raster::Picture picture_of(const SmallSet& set, Kind kind, raster::View view,
                            const DrawOptions& options = {}) {
     SetOnDisk disk(set);
-    return render_picture(read_set(disk.processed(kind, some_parameters())), camera_of(view), size,
-                          options);
+    return render_picture(read_set(disk.processed(kind, some_parameters())), camera_of(view),
+                          picture_size, options);
 }
 
 TEST(Pictures, Lights) {
@@ -111,7 +111,8 @@ TEST(Pictures, AGhostWithARefusedTriangle) {
     DrawOptions options;
     options.ghost = &ghost;
     options.selected = {1};
-    expect_golden(render_picture(scene, camera_of(raster::View::Orbit), size, options), "ghost");
+    expect_golden(render_picture(scene, camera_of(raster::View::Orbit), picture_size, options),
+                  "ghost");
 }
 
 // A house of one box with a roof, and a pane before it.
@@ -137,7 +138,7 @@ Shape house() {
 }
 
 TEST(Pictures, AnObjectOfALibrary) {
-    expect_golden(thumbnail(house(), size, {}), "object");
+    expect_golden(thumbnail(house(), picture_size, {}), "object");
 }
 
 TEST(Pictures, ASheetOfObjects) {
@@ -153,7 +154,8 @@ TEST(Pictures, ALibraryCallOfAKnownObject) {
     const Scene scene = read_set(disk.processed(Kind::LibraryNew, some_parameters()));
     Catalogue catalogue;
     catalogue[scene.marks.at(0).guid] = house();
-    expect_golden(render_picture(scene, {}, size, {.objects = &catalogue}), "library-known");
+    expect_golden(render_picture(scene, {}, picture_size, {.objects = &catalogue}),
+                  "library-known");
 }
 
 TEST(Pictures, ATunnelAroundTheViewer) {
@@ -179,7 +181,7 @@ TEST(Pictures, ATunnelAroundTheViewer) {
     camera.pitch = 4;
     camera.height = 3;
     raster::Picture picture;
-    Painter().draw(picture, scene, camera, size, {.compass = false});
+    Painter().draw(picture, scene, camera, picture_size, {.compass = false});
     expect_golden(picture, "tunnel");
 }
 
@@ -187,7 +189,7 @@ TEST(Pictures, ADesignOfTheExamples) {
     const auto disk = make_system_disk();
     const Scene scene =
         read_set_files(*disk, test::source_folder() + "/examples/library/fuel_tank");
-    expect_golden(render_picture(scene, {}, size, {}), "fuel-tank");
+    expect_golden(render_picture(scene, {}, picture_size, {}), "fuel-tank");
 }
 
 } // namespace

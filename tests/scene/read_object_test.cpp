@@ -108,9 +108,9 @@ TEST(ReadObject, ATurnedCallTurnsByItsConstants) {
     code.vertices({{0, 0, 1}, {0, 0, 0}, {0, 1, 0}});
     code.word(0x3B).word(12).word(0).word(0).word(0x4000).end().triangles({0, 1, 2}).end();
     const Shape shape = read(code);
-    const Vec3 north = shape.points[shape.faces.at(0).corners[0]];
-    EXPECT_NEAR(north.x, 1, 1e-12); // a quarter to the right: north becomes east
-    EXPECT_NEAR(north.z, 0, 1e-12);
+    const Vec3 tip = shape.points[shape.faces.at(0).corners[0]];
+    EXPECT_NEAR(tip.x, 1, 1e-12); // a quarter to the right: north becomes east
+    EXPECT_NEAR(tip.z, 0, 1e-12);
 }
 
 // A condition that leads over the triangle when it does not hold.

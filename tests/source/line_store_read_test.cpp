@@ -70,7 +70,7 @@ TEST(LineStoreRead, IsTheSameAsSplittingTheWholeFile) {
 }
 
 /// One character after the other.
-std::vector<std::string> split_plainly(const std::string& bytes) {
+std::vector<std::string> split_bytes_plainly(const std::string& bytes) {
     std::vector<std::string> lines;
     std::string line;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -93,7 +93,7 @@ TEST(LineStoreRead, EndsAreCrLfLfAndLoneCr) {
     for (int i = 0; i < 500; ++i) {
         const char* letters = all_letters.at(random() % all_letters.size());
         const std::string bytes = random_text(random, random() % 60, letters);
-        const std::vector<std::string> expected = split_plainly(bytes);
+        const std::vector<std::string> expected = split_bytes_plainly(bytes);
         const LineStore store = split_whole(bytes);
         ASSERT_EQ(store.count(), expected.size());
         for (std::size_t line = 1; line <= store.count(); ++line) {

@@ -76,7 +76,7 @@ TEST(LineStore, VeryLongLines) {
     }
 }
 
-std::vector<std::string> split_plainly(const std::string& text) {
+std::vector<std::string> lines_plainly(const std::string& text) {
     std::vector<std::string> result;
     std::string line;
     bool open = false; // something of a line has been read
@@ -108,7 +108,7 @@ TEST(LineStore, SplitsLikeThePlainSplitter) {
         for (char& c : text) {
             c = alphabet[random() % alphabet.size()];
         }
-        ASSERT_EQ(lines(store_of(text)), split_plainly(text)) << testing::PrintToString(text);
+        ASSERT_EQ(lines(store_of(text)), lines_plainly(text)) << testing::PrintToString(text);
     }
 }
 

@@ -281,12 +281,12 @@ TEST_F(OpenSourceSet, HalfASetIsRefused) {
     }
 }
 
-std::string overfull(const std::string& beginning) {
+std::string overfull_line(const std::string& beginning) {
     return beginning + " 1" + std::string(60, ',') + "x";
 }
 
 TEST_F(OpenSourceSet, AFrameLineOfTooManyOperandsLeavesTheListUsable) {
-    write(small_model, {"first", overfull("  BGL"), small_frame[0]});
+    write(small_model, {"first", overfull_line("  BGL"), small_frame[0]});
     EXPECT_TRUE(open());
     EXPECT_TRUE(set.opened);
     EXPECT_EQ(set.translations.size(), 2U);
@@ -301,7 +301,7 @@ TEST_F(OpenSourceSet, AFrameLineOfTooManyOperandsLeavesTheListUsable) {
 }
 
 TEST_F(OpenSourceSet, APlacementInFrontOfALineOfTooManyOperandsIsNotHalfUsed) {
-    write(small_model, {small_frame[0], overfull("INSTANCE_CALL")});
+    write(small_model, {small_frame[0], overfull_line("INSTANCE_CALL")});
     EXPECT_TRUE(open());
     ASSERT_FALSE(reporter.notes.empty());
     EXPECT_EQ(reporter.notes[0].line, 2U);
@@ -310,7 +310,7 @@ TEST_F(OpenSourceSet, APlacementInFrontOfALineOfTooManyOperandsIsNotHalfUsed) {
 
 TEST_F(OpenSourceSet, AMaterialLineOfTooManyOperandsIsNamed) {
     Lines model = small_model;
-    model[2] = overfull("    MATERIAL_DEF 1,1,1,1,1,1,1,1");
+    model[2] = overfull_line("    MATERIAL_DEF 1,1,1,1,1,1,1,1");
     expect_refused(model, "Error : 9 :Subscript out of range");
     ASSERT_EQ(reporter.notes.size(), 1U);
     EXPECT_EQ(place_and_text(reporter.notes[0]),
@@ -328,7 +328,7 @@ TEST_F(OpenSourceSet, AColorOutOfRangeIsNamed) {
 
 TEST_F(OpenSourceSet, ALineOfTooManyOperandsBeforeABlockIsNamed) {
     Lines model = small_model;
-    model[6] = overfull("X");
+    model[6] = overfull_line("X");
     expect_refused(model, "Error : 9 :Subscript out of range");
     ASSERT_EQ(reporter.notes.size(), 1U);
     EXPECT_EQ(reporter.notes[0].path, base + "_0.asm");

@@ -12,13 +12,13 @@ namespace morvane {
 
 namespace {
 
-QListWidgetItem* add_step(QListWidget& list, const QString& name, bool undone) {
-    auto* item = new QListWidgetItem(name, &list);
+void add_step(QListWidget& list, const QString& name, bool undone) {
+    list.addItem(name);
     if (undone) {
-        item->setForeground(list.palette().brush(QPalette::PlaceholderText));
-        item->setToolTip(MainWindow::tr("Undone. Choose it to do everything up to it again."));
+        QListWidgetItem& item = *list.item(list.count() - 1);
+        item.setForeground(list.palette().brush(QPalette::PlaceholderText));
+        item.setToolTip(MainWindow::tr("Undone. Choose it to do everything up to it again."));
     }
-    return item;
 }
 
 } // namespace
@@ -71,8 +71,8 @@ void MainWindow::show_history() {
     for (const Step& step : done) {
         add_step(*history_, shown_text(step.name), false);
     }
-    for (auto step = undone.rbegin(); step != undone.rend(); ++step) {
-        add_step(*history_, shown_text(step->name), true);
+    for (std::size_t next = undone.size(); next-- > 0;) {
+        add_step(*history_, shown_text(undone[next].name), true);
     }
     history_->setCurrentRow(static_cast<int>(done.size()));
 }

@@ -94,11 +94,15 @@ void MainWindow::connect_colors() {
     for (const auto& [action, appearance] : choices) {
         group->addAction(action);
         action->setChecked(appearance == chosen);
-        connect(action, &QAction::triggered, this, [this, wanted = appearance] {
-            state_.set_value(QStringLiteral("colors"), appearance_name(wanted));
-            apply_appearance(wanted);
-        });
     }
+    connect(group, &QActionGroup::triggered, this, [this, choices](const QAction* chosen_action) {
+        for (const auto& [action, appearance] : choices) {
+            if (action == chosen_action) {
+                state_.set_value(QStringLiteral("colors"), appearance_name(appearance));
+                apply_appearance(appearance);
+            }
+        }
+    });
 }
 
 void MainWindow::connect_tools() {
