@@ -46,7 +46,8 @@ endfunction()
 # morvane_unity(TARGET N): compiles N sources of the target at a time in a fast build.
 function(morvane_unity target count)
   if(MORVANE_FAST_BUILD)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${count})
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${count}
+      UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
   endif()
 endfunction()
 

@@ -90,6 +90,7 @@ class Walker {
     // Everything that the entries lead to.
     void run(const std::vector<std::size_t>& entries, const State& start) {
         std::vector<Pending> pending;
+        pending.reserve(entries.size());
         for (const std::size_t entry : entries) {
             pending.push_back({entry, start});
         }
