@@ -31,10 +31,12 @@ PairStamps look_at_single(Disk& disk, const std::string& path) {
     }
 }
 
+} // namespace
+
 /// Follows exports and single files, and tells which of them are to be read again.
-class Files {
+class WatchedFiles {
   public:
-    Files(Disk& disk, const WatchOptions& options) : disk_(disk), options_(options) {}
+    WatchedFiles(Disk& disk, const WatchOptions& options) : disk_(disk), options_(options) {}
 
     /// Follows these from now on; what was followed before keeps its state.
     void follow(const std::set<std::string>& exports, const std::set<std::string>& singles) {
@@ -98,6 +100,8 @@ class Files {
     Watches singles_;
 };
 
+namespace {
+
 void say_all(const WatchOptions& options, const std::vector<std::string>& texts) {
     for (const std::string& text : texts) {
         if (options.said) {
@@ -116,7 +120,7 @@ bool is_worth_telling(const BuildResult& result) {
 /// One look of either watch: `begin` makes everything and says what to follow, `changed` makes what
 /// belongs to exports that are whole again.
 template <typename Begin, typename Changed>
-void look_at_files(Disk& disk, const WatchOptions& options, Files& files, const Begin& begin,
+void look_at_files(Disk& disk, const WatchOptions& options, WatchedFiles& files, const Begin& begin,
                    const Changed& changed) {
     const bool anew = !files.quiet_singles().empty();
     std::vector<std::string> whole;
@@ -235,7 +239,7 @@ class ProjectWatch::State {
     BuildSurroundings surroundings_;
     BuildOptions build_;
     WatchOptions options_;
-    Files files_;
+    WatchedFiles files_;
     Project project_;
     std::vector<std::pair<std::string, std::vector<std::string>>> steps_; // names, base paths
 };
@@ -317,7 +321,7 @@ class SetWatch {
     const std::string& output_;
     const BuildSurroundings& surroundings_;
     const WatchOptions& options_;
-    Files files_;
+    WatchedFiles files_;
     std::optional<Recipe> read_;
     bool first_ = true;
 };
