@@ -41,19 +41,11 @@ class Listener final : public DocumentListener {
     int notes = 0;
 };
 
-std::vector<std::string> lines_of(const LineStore& store) {
-    std::vector<std::string> lines;
-    for (std::size_t i = 1; i <= store.upper(); ++i) {
-        lines.emplace_back(store.line(i));
-    }
-    return lines;
-}
-
 // Everything of a set that a step may change.
 struct Stores {
     explicit Stores(const OpenSet& set)
-        : model(lines_of(set.model)), frame(lines_of(set.frame)), frame_changed(set.frame_changed),
-          bgl_end(set.bgl_end), unprocessed(set.unprocessed()) {
+        : model(all_lines(set.model)), frame(all_lines(set.frame)),
+          frame_changed(set.frame_changed), bgl_end(set.bgl_end), unprocessed(set.unprocessed()) {
         for (const Replacement& replacement : set.replacements) {
             code.push_back(std::to_string(replacement.before_line));
             code.insert(code.end(), replacement.code.begin(), replacement.code.end());

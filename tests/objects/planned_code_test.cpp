@@ -20,14 +20,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-std::vector<std::string> lines_of(const LineStore& store) {
-    std::vector<std::string> lines;
-    for (std::size_t i = 1; i <= store.upper(); ++i) {
-        lines.emplace_back(store.line(i));
-    }
-    return lines;
-}
-
 class PlannedCodeTest : public ::testing::Test {
   protected:
     // Row 1 is a standing triangle, row 2 a standing and then a flat one.
@@ -112,10 +104,10 @@ TEST(RandomPlannedCode, IsWhatProcessMakes) {
         ASSERT_TRUE(open_source_set({*disk, reporter}, set, folder.file("set")));
         for (std::size_t row = 1; row <= random.marked(); ++row) {
             const Kind kind = all_kinds.at(static_cast<std::size_t>(random.pick(0, 4)));
-            const std::vector<std::string> before = lines_of(set.model);
+            const std::vector<std::string> before = all_lines(set.model);
             const std::size_t replacements = set.replacements.size();
             const PlannedCode plan = plan_code(set, row, kind, {});
-            ASSERT_EQ(lines_of(set.model), before);
+            ASSERT_EQ(all_lines(set.model), before);
             ASSERT_EQ(set.replacements.size(), replacements);
             const bool processed =
                 process_material({*disk, reporter}, set, row, kind, {}).processed;
@@ -124,7 +116,7 @@ TEST(RandomPlannedCode, IsWhatProcessMakes) {
                 ASSERT_EQ(set.replacements.back().code, plan.code);
                 ASSERT_EQ(set.replacements.back().before_line, plan.before_line);
             }
-            const std::vector<std::string> after = lines_of(set.model);
+            const std::vector<std::string> after = all_lines(set.model);
             for (std::size_t line = 1; line <= before.size(); ++line) {
                 const bool planned = line >= plan.first && line < plan.first + plan.lines;
                 ASSERT_EQ(after[line - 1], planned ? "; " + before[line - 1] : before[line - 1])

@@ -8,7 +8,7 @@ namespace morvane::test {
 
 namespace {
 
-constexpr int vertices = 60;
+constexpr int vertex_count = 60;
 
 std::string text_of(std::size_t number) {
     return std::to_string(number);
@@ -66,7 +66,7 @@ void RandomSet::add_materials() {
 
 void RandomSet::add_vertices() {
     add("VERTEX_LIST_BEGIN");
-    for (int i = 0; i < vertices; ++i) {
+    for (int i = 0; i < vertex_count; ++i) {
         // Every third lies at least 10 above its two forerunners, so that windsocks can stand.
         const std::string height = std::to_string(i % 3 == 2 ? pick(20, 40) : pick(0, 10)) + ".5";
         add("VERTEX_DEF " + number() + "," + height + "," + number() +
@@ -141,6 +141,14 @@ void RandomSet::add_frame(Shape shape) {
                   chance(50) ? "    INSTANCE_CALL b,0,0,02000h" : "b label BGLCODE"};
     }
     frame_.insert(frame_.end(), {"visual_model_header label dword", "    dd  0", "    END"});
+}
+
+std::vector<std::string> all_lines(const LineStore& store) {
+    std::vector<std::string> lines;
+    for (std::size_t i = 1; i <= store.upper(); ++i) {
+        lines.emplace_back(store.line(i));
+    }
+    return lines;
 }
 
 } // namespace morvane::test

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "source/line_store.h"
+
 #include <cstddef>
 #include <random>
 #include <string>
@@ -58,5 +60,8 @@ class RandomSet {
     std::vector<Block> blocks_;
     std::size_t marked_ = 0;
 };
+
+/// The lines of a store up to its highest index.
+std::vector<std::string> all_lines(const LineStore& store);
 
 } // namespace morvane::test
