@@ -11,6 +11,8 @@
 namespace morvane::scene {
 namespace {
 
+constexpr double circle = 40'007'000; // metres around the earth over the poles
+
 using test::SetOnDisk;
 using test::SmallSet;
 using testing::HasSubstr;
