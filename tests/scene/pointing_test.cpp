@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/numbers.h"
 #include "objects/process.h"
 #include "scene/pointing.h"
 #include "scene/read_set.h"
@@ -11,7 +12,7 @@
 namespace morvane::scene {
 namespace {
 
-constexpr double circle = 40'007'000; // metres around the earth over the poles
+constexpr double circle = 12'734'620 * pi; // metres around the earth over the poles
 
 using test::SetOnDisk;
 using test::SmallSet;
@@ -93,7 +94,7 @@ TEST(Pointing, APlaceIsSaidInMetresAndDegrees) {
     scene.reference.place = place;
     EXPECT_EQ(place_text(scene, {0, 0, 0}), "0.0 m east, 0.0 m north; 45.00000 N, 10.00000 W");
     EXPECT_EQ(place_text(scene, {0, 0, circle / 360}),
-              "0.0 m east, 111130.6 m north; 46.00000 N, 10.00000 W");
+              "0.0 m east, 111130.5 m north; 46.00000 N, 10.00000 W");
 }
 
 TEST(Pointing, OnlyThePlanSaysWhereThePointerIs) {

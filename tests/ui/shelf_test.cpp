@@ -267,6 +267,9 @@ void ShelfTest::objectIsDraggedOntoAMaterial() {
     auto& list = control<QTreeView>(*rig.form, "lstMat2proc");
     list.scrollTo(list.model()->index(1, 0));
     const QPoint place = list.visualRect(list.model()->index(1, 0)).center();
+    QDragEnterEvent enter(place, Qt::CopyAction, mime.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(list.viewport(), &enter);
+    QVERIFY(enter.isAccepted());
     QDropEvent drop(place, Qt::CopyAction, mime.get(), Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(list.viewport(), &drop);
     QVERIFY(drop.isAccepted());

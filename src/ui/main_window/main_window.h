@@ -108,6 +108,7 @@ class MainWindow : public QMainWindow {
     void prepare_docks();
     void add_view_action(QDockWidget& dock);
     void restore_layout();
+    int steps_width() const;
     void give_first_sizes();
     QString layout_key() const;
     void keep_layout();

@@ -10,11 +10,13 @@
 #include <QHeaderView>
 #include <QScrollBar>
 
+#include <algorithm>
+
 namespace morvane {
 
 namespace {
 
-constexpr int steps_width = 440;
+constexpr int least_steps_width = 440;
 constexpr int max_steps_width_without_picture = 520;
 constexpr int panels_height = 190;
 
@@ -79,9 +81,15 @@ void MainWindow::restore_layout() {
     ui_->stepsDock->show();
 }
 
+// Beside a bar that scrolls downwards, nothing has to be scrolled sideways.
+int MainWindow::steps_width() const {
+    return ui_->stepsPane->minimumSizeHint().width() + 2 * ui_->stepsScroll->frameWidth() +
+           ui_->stepsScroll->verticalScrollBar()->sizeHint().width();
+}
+
 void MainWindow::give_first_sizes() {
     layout()->activate();
-    resizeDocks({ui_->stepsDock}, {steps_width}, Qt::Horizontal);
+    resizeDocks({ui_->stepsDock}, {std::max(least_steps_width, steps_width())}, Qt::Horizontal);
     resizeDocks({ui_->messagesDock}, {panels_height}, Qt::Vertical);
 }
 

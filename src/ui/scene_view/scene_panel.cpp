@@ -123,7 +123,7 @@ QWidget* ScenePanel::make_boxes() {
     auto* row = new QWidget(this);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
+    layout->setSpacing(4);
     for (std::size_t i = 0; i < box_list.size(); ++i) {
         auto* box = boxes_[i] = new QCheckBox(tr(box_list[i].caption), row);
         const QString keys = QStringLiteral("Alt+%1").arg(i + 1);
