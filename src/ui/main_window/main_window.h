@@ -204,7 +204,7 @@ class MainWindow : public QMainWindow {
     ScenePresenter* picture_ = nullptr;
     QAction* show_picture_ = nullptr;
     std::size_t pointed_line_ = 0; // of the model file, clicked in the picture; 0: none
-    QByteArray first_layout_; // of the docks, as it is before anybody has moved one
+    QByteArray first_layout_;      // of the docks, as it is before anybody has moved one
 };
 
 } // namespace morvane

@@ -183,7 +183,8 @@ void ScenePresenter::take_click(const scene::Pointed& pointed) {
         materials_.clearSelection();
         panel_.view().set_selected({pointed.material});
     }
-    Q_EMIT pointed_at(shown_text(pointed.text), pointed.line);
+    const QString text = shown_text(pointed.text);
+    Q_EMIT pointed_at(text, pointed.line);
 }
 
 // The row of the set's list of materials at a place of the list; 0 for none.
