@@ -469,7 +469,7 @@ TEST(AircraftExample, IsAssembledLineByLineAsWrittenByHand) {
 }
 
 TEST_F(Assemble, IncludeLinesAreWrittenInWindows1252) {
-    fs::rename(folder.file("low_0.asm"), folder.file("t\xC3\xBC_0.asm"));
+    folder.write("t\xC3\xBC_0.asm", folder.read("low_0.asm"));
     job.bases[WingsLow] = folder.file("t\xC3\xBC");
     job.flexing_wings = true;
     EXPECT_EQ(run(), path("complete.asm"));
@@ -478,7 +478,7 @@ TEST_F(Assemble, IncludeLinesAreWrittenInWindows1252) {
 }
 
 TEST_F(Assemble, APathThatSourceFilesCannotHoldIsRefusedAtOnce) {
-    fs::rename(folder.file("low_0.asm"), folder.file("\xD0\x96_0.asm"));
+    folder.write("\xD0\x96_0.asm", folder.read("low_0.asm"));
     job.bases[WingsLow] = folder.file("\xD0\x96");
     job.flexing_wings = true;
     const auto before = all_files();

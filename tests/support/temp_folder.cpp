@@ -14,30 +14,44 @@ namespace fs = std::filesystem;
 
 namespace morvane::test {
 
+namespace {
+
+// Paths are UTF-8 here as in the program; a plain text would be the system's code page on Windows.
+fs::path path_of(std::string_view utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+std::string text_of(const fs::path& path) {
+    const std::u8string utf8 = path.u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
+} // namespace
+
 TempFolder::TempFolder() {
     std::random_device random;
     do {
-        path_ = (fs::temp_directory_path() / ("morvane-test-" + std::to_string(random()))).string();
-    } while (!fs::create_directory(path_));
+        path_ = text_of(fs::temp_directory_path() / ("morvane-test-" + std::to_string(random())));
+    } while (!fs::create_directory(path_of(path_)));
 }
 
 TempFolder::~TempFolder() {
     std::error_code error;
-    for (const auto& entry : fs::recursive_directory_iterator(path_, error)) {
+    for (const auto& entry : fs::recursive_directory_iterator(path_of(path_), error)) {
         if (!entry.is_symlink(error) && entry.is_directory(error)) {
             fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add, error);
         }
     }
-    fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, error);
-    fs::remove_all(path_, error);
+    fs::permissions(path_of(path_), fs::perms::owner_all, fs::perm_options::add, error);
+    fs::remove_all(path_of(path_), error);
 }
 
 std::string TempFolder::file(std::string_view name) const {
-    return (fs::path(path_) / name).make_preferred().string();
+    return text_of((path_of(path_) / path_of(name)).make_preferred());
 }
 
 std::string TempFolder::write(std::string_view name, std::string_view bytes) const {
-    fs::create_directories(fs::path(file(name)).parent_path());
+    fs::create_directories(path_of(file(name)).parent_path());
     write_file(file(name), bytes);
     return file(name);
 }
@@ -47,20 +61,20 @@ std::string TempFolder::read(std::string_view name) const {
 }
 
 bool TempFolder::has(std::string_view name) const {
-    return fs::exists(file(name));
+    return fs::exists(path_of(file(name)));
 }
 
 std::vector<std::string> TempFolder::names() const {
     std::vector<std::string> result;
-    for (const auto& entry : fs::directory_iterator(path_)) {
-        result.push_back(entry.path().filename().string());
+    for (const auto& entry : fs::directory_iterator(path_of(path_))) {
+        result.push_back(text_of(entry.path().filename()));
     }
     std::sort(result.begin(), result.end());
     return result;
 }
 
 std::string read_file(const std::string& path) {
-    std::ifstream file(fs::path(path), std::ios::binary);
+    std::ifstream file(path_of(path), std::ios::binary);
     if (!file) {
         throw std::runtime_error("cannot read " + path);
     }
@@ -68,7 +82,7 @@ std::string read_file(const std::string& path) {
 }
 
 void write_file(const std::string& path, std::string_view bytes) {
-    std::ofstream file(fs::path(path), std::ios::binary | std::ios::trunc);
+    std::ofstream file(path_of(path), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!file.flush()) {
         throw std::runtime_error("cannot write " + path);
