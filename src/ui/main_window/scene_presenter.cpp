@@ -14,7 +14,6 @@
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QTimer>
 #include <QTreeView>
 
 #include <optional>
@@ -43,6 +42,8 @@ void ScenePresenter::connect_window() {
     connect(&window_, &MainWindow::selection_changed, this, &ScenePresenter::show_selection);
     connect(&panel_, &ScenePanel::details_wanted, this, &ScenePresenter::show_details);
     connect(&panel_.view(), &SceneView::clicked, this, &ScenePresenter::take_click);
+    connect(this, &ScenePresenter::became_outdated, this, &ScenePresenter::read_outdated_scene,
+            Qt::QueuedConnection);
     connect(&panel_.view(), &SceneView::object_dropped, this,
             [this](int material, const QString& identifier, const QString& scale) {
                 take_object(material, identifier, scale);
@@ -52,11 +53,13 @@ void ScenePresenter::connect_window() {
 // A recipe changes many rows at once; the scene is read when the last has changed.
 void ScenePresenter::change() {
     if (!std::exchange(outdated_, true)) {
-        QTimer::singleShot(0, this, [this] {
-            if (outdated_ && panel_.isVisible()) {
-                read_scene();
-            }
-        });
+        Q_EMIT became_outdated();
+    }
+}
+
+void ScenePresenter::read_outdated_scene() {
+    if (outdated_ && panel_.isVisible()) {
+        read_scene();
     }
 }
 

@@ -39,6 +39,8 @@ class ScenePresenter : public QObject {
   Q_SIGNALS:
     /// Something in the picture was clicked that is at a line of the model file.
     void pointed_at(const QString& text, std::size_t line);
+    /// The document has changed since the scene was read.
+    void became_outdated();
     void line_wanted(std::size_t line);
     /// An object of a library was dropped on a marked material, which is selected now.
     void object_dropped(const QString& identifier, const QString& scale);
@@ -49,6 +51,7 @@ class ScenePresenter : public QObject {
   private:
     void connect_window();
     void change();
+    void read_outdated_scene();
     void read_scene();
     void read_objects();
     void show_selection();
