@@ -107,11 +107,11 @@ TEST_F(Live, ReadsEachExportOnceInEveryManner) {
     EXPECT_THAT(reporter.boxes, IsEmpty());
 }
 
-TEST_F(Live, TwoHundredExportsAreReadOnceEach) {
-    exporter.plan_exports(200);
-    EXPECT_EQ(watch(), std::vector<LiveNews>(200, LiveNews::Reloaded));
+TEST_F(Live, ManyExportsAreReadOnceEach) {
+    exporter.plan_exports(many_exports);
+    EXPECT_EQ(watch(), std::vector<LiveNews>(many_exports, LiveNews::Reloaded));
     std::vector<std::size_t> expected;
-    for (std::size_t i = 2; i <= 201; ++i) {
+    for (std::size_t i = 2; i <= many_exports + 1; ++i) {
         expected.push_back(i);
     }
     EXPECT_EQ(numbers, expected);

@@ -225,10 +225,10 @@ TEST_F(Watch, OneSetIsWrittenUnderAnotherBase) {
     EXPECT_EQ(folder.read("exports/a_0.asm"), model_text(2));
 }
 
-TEST_F(Watch, TwoHundredExportsAreBuiltOnceEach) {
-    exporter.plan_exports(200);
+TEST_F(Watch, ManyExportsAreBuiltOnceEach) {
+    exporter.plan_exports(many_exports);
     watch();
-    expect_each_export_once(200);
+    expect_each_export_once(many_exports);
     EXPECT_THAT(made_["b"], SizeIs(1));
 }
 
