@@ -45,7 +45,7 @@ class SharedRecipe : public ::testing::Test {
         EXPECT_THAT(reading.errors, SizeIs(1));
         EXPECT_THAT(reading.problems, SizeIs(1));
         std::string result = reading.errors.empty() ? "" : reading.errors[0];
-        const std::string folder = folder_.path() + "/";
+        const std::string folder = folder_.file("");
         for (std::size_t at = 0; (at = result.find(folder)) != std::string::npos;) {
             result.erase(at, folder.size());
         }
@@ -168,12 +168,12 @@ TEST_F(SharedRecipe, IncludedAssignmentsComeFirst) {
                                 "[[assign]]\nhighlight = \"Blue\"\nkind = \"Lights\"\n");
     ASSERT_THAT(found.assignments, SizeIs(2));
     EXPECT_THAT(found.assignments[0].highlight, ElementsAre("Red"));
-    EXPECT_EQ(file_of(found, found.assignments[0]), folder_.file("shared/edge_lights.toml"));
+    EXPECT_EQ(file_of(found, found.assignments[0]), folder_.file("") + "shared/edge_lights.toml");
     EXPECT_EQ(file_of(found, found.assignments[1]), folder_.file("airport.toml"));
     // The included defaults hold here too.
     EXPECT_EQ(found.assignments[1].parameters.lights.LightInt, "11");
-    EXPECT_THAT(found.files,
-                ElementsAre(folder_.file("airport.toml"), folder_.file("shared/edge_lights.toml")));
+    EXPECT_THAT(found.files, ElementsAre(folder_.file("airport.toml"),
+                                         folder_.file("") + "shared/edge_lights.toml"));
 }
 
 TEST_F(SharedRecipe, DefaultsDoNotReachIntoIncludedFiles) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// On Windows the times of files that the tests can see are whole seconds.
 
 // The bundled project, with a compiler that only writes its product.
 
