@@ -30,8 +30,8 @@ TEST_F(ReadProject, ASetHasDefaults) {
     const Project found = read("[[set]]\nbase = \"exports/terminal\"\n");
     ASSERT_THAT(found.steps, SizeIs(1));
     EXPECT_EQ(found.steps[0].name, "terminal");
-    EXPECT_EQ(found.steps[0].base, folder.file("exports/terminal"));
-    EXPECT_EQ(found.steps[0].recipe, folder.file("exports/terminal.toml"));
+    EXPECT_EQ(found.steps[0].base, folder.file("") + "exports/terminal");
+    EXPECT_EQ(found.steps[0].recipe, folder.file("") + "exports/terminal.toml");
     EXPECT_EQ(found.steps[0].suffix, "");
     EXPECT_EQ(found.steps[0].compile, CompileAs::Bgl);
     EXPECT_EQ(found.folder, folder.file("build"));
