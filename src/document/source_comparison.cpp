@@ -136,24 +136,23 @@ ComparedLine SourceComparison::row(std::size_t row) const {
     return line;
 }
 
-std::size_t SourceComparison::row_of_now(std::size_t number) const {
+std::size_t SourceComparison::row_of(std::size_t number, std::size_t Piece::*first,
+                                     std::size_t Piece::*count) const {
     std::size_t row = 0;
     for (const Piece& piece : pieces_) {
-        if (piece.now_count > 0 && number >= piece.now) {
-            row = piece.row + std::min(number - piece.now, piece.now_count - 1);
+        if (piece.*count > 0 && number >= piece.*first) {
+            row = piece.row + std::min(number - piece.*first, piece.*count - 1);
         }
     }
     return row;
 }
 
+std::size_t SourceComparison::row_of_now(std::size_t number) const {
+    return row_of(number, &Piece::now, &Piece::now_count);
+}
+
 std::size_t SourceComparison::row_of_then(std::size_t number) const {
-    std::size_t row = 0;
-    for (const Piece& piece : pieces_) {
-        if (piece.then_count > 0 && number >= piece.then) {
-            row = piece.row + std::min(number - piece.then, piece.then_count - 1);
-        }
-    }
-    return row;
+    return row_of(number, &Piece::then, &Piece::then_count);
 }
 
 std::optional<std::size_t> SourceComparison::find(std::string_view text, std::size_t start,

@@ -69,6 +69,9 @@ class SourceComparison {
     void align_by_code();
     void align_by_text();
     const Piece& piece_at(std::size_t row) const;
+    /// The row of a line of the side that these two members of a piece count.
+    std::size_t row_of(std::size_t number, std::size_t Piece::*first,
+                       std::size_t Piece::*count) const;
 
     const OpenSet& set_;
     SetFile which_;

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// On Windows the times of files that the tests can see are whole seconds.
 
 // The bundled project, with a compiler that only writes its product.
 
@@ -37,11 +36,12 @@ class ExampleProject : public ProjectTest {
 
     std::string made(const std::string& name) const { return folder.read("project/build/" + name); }
 
-    std::map<std::string, std::filesystem::file_time_type> times() const {
-        std::map<std::string, std::filesystem::file_time_type> found;
+    // By the disk of the system: the times of the standard library are whole seconds on Windows.
+    std::map<std::string, FileStamp> times() const {
+        std::map<std::string, FileStamp> found;
         for (const auto& entry :
              std::filesystem::directory_iterator(folder.file("project/build"))) {
-            found[entry.path().filename().string()] = entry.last_write_time();
+            found[entry.path().filename().string()] = disk->stamp(entry.path().string());
         }
         return found;
     }
@@ -107,7 +107,7 @@ TEST_F(ExampleProject, MakesNothingWhenNothingHasChanged) {
                 ElementsAre("apron: up to date", "terminal: up to date", "tower: up to date",
                             "glider: up to date", "objects: up to date"));
     EXPECT_THAT(compiled, ElementsAre());
-    EXPECT_EQ(times(), before);
+    EXPECT_TRUE(times() == before);
 }
 
 TEST_F(ExampleProject, MakesOnlyTheSetThatWasExportedAgain) {
@@ -122,7 +122,7 @@ TEST_F(ExampleProject, MakesOnlyTheSetThatWasExportedAgain) {
     EXPECT_THAT(made("terminal_0.asm"), HasSubstr("; exported again\r\n"));
     for (const auto& [name, time] : times()) {
         const bool changes = name.starts_with("terminal") || name == ".morvane-build.json";
-        EXPECT_EQ(time != before.at(name), changes) << name;
+        EXPECT_EQ(!(time == before.at(name)), changes) << name;
     }
 }
 
