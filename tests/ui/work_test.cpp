@@ -27,9 +27,8 @@ class WorkTest : public QObject {
     void workAfterSaveIsNotDroppedSilently();
     void workAfterSaveIsNotedOnce();
     void theTitleMarksUnsavedWork();
-    void compilingAsksToSaveFirst();
-    void compilingWithoutSavingLeavesTheFiles();
-    void compilingCanBeGivenUp();
+    void compilingSavesFirstWithoutABox();
+    void compilingDoesNotReplaceAnotherSetUnasked();
     void failingCompilerLeavesALineInTheLog();
     void deadRecentSetsAreRemoved();
     void boxesAreExplainedByTheNotesOfTheirCommand();
@@ -203,43 +202,35 @@ void WorkTest::theTitleMarksUnsavedWork() {
     QCOMPARE(rig.form->windowTitle(), QStringLiteral("Morvane - airport"));
 }
 
-void WorkTest::compilingAsksToSaveFirst() {
+void WorkTest::compilingSavesFirstWithoutABox() {
     Rig rig;
     const QString base = rig.copy_example("airport");
     write_compiler(base, "0");
     rig.open(base);
     process(rig, 1);
-    rig.dialogs.unsaved = Unsaved::Save;
     click(*rig.form, "Command12");
-    QCOMPARE(rig.dialogs.unsaved_asked, 1);
-    QVERIFY(rig.dialogs.unsaved_text.startsWith(QStringLiteral("Save first?")));
+    QCOMPARE(rig.dialogs.unsaved_asked, 0);
+    QVERIFY(rig.dialogs.boxes.empty());
     QVERIFY(bytes_of(base).find("LBL1 label BGLCODE") != std::string::npos);
     QVERIFY(rig.settings.has("comp.txt"));
+    QVERIFY(log_has(rig, QStringLiteral("Finished. Use 'bglc /bgl airport.asm' to compile.")));
     click(*rig.form, "Command12"); // nothing is unsaved now
-    QCOMPARE(rig.dialogs.unsaved_asked, 1);
+    QVERIFY(rig.dialogs.boxes.empty());
 }
 
-void WorkTest::compilingWithoutSavingLeavesTheFiles() {
+void WorkTest::compilingDoesNotReplaceAnotherSetUnasked() {
     Rig rig;
     const QString base = rig.copy_example("airport");
     write_compiler(base, "0");
-    const std::string before = bytes_of(base);
+    const QString other = rig.copy_example("aircraft-lights");
+    const std::string before = bytes_of(other);
     rig.open(base);
     process(rig, 1);
-    rig.dialogs.unsaved = Unsaved::Discard;
+    type(*rig.form, "OutputFile", other);
+    rig.dialogs.answer = false;
     click(*rig.form, "Command12");
-    QVERIFY(bytes_of(base) == before);
-    QVERIFY(rig.settings.has("comp.txt"));
-}
-
-void WorkTest::compilingCanBeGivenUp() {
-    Rig rig;
-    const QString base = rig.copy_example("airport");
-    write_compiler(base, "0");
-    rig.open(base);
-    process(rig, 1);
-    rig.dialogs.unsaved = Unsaved::Cancel;
-    click(*rig.form, "Command12");
+    QCOMPARE(rig.dialogs.questions.size(), 1U);
+    QVERIFY(bytes_of(other) == before);
     QVERIFY(!rig.settings.has("comp.txt"));
 }
 

@@ -23,7 +23,8 @@ MainWindow::MainWindow(Desk& desk, QWidget* parent)
                     return progress_.show(what, done, total);
                 }),
       state_(desk.program_folder, *this), document_(services(), desk.program_folder),
-      tools_(desk, state_), compiler_(desk.log) {
+      tools_(desk, state_), compiler_(desk.log),
+      live_(document_.document(), {desk.disk, reporter_}) {
     prepare_controls();
     prepare_materials();
     prepare_docks();
@@ -34,6 +35,7 @@ MainWindow::MainWindow(Desk& desk, QWidget* parent)
     connect_document();
     connect_buttons();
     connect_menus();
+    prepare_loop();
     accept_drops();
     load_settings();
     state_.restore(*this);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "objects/parameters.h"
+#include "project/live_set.h"
 #include "recipe/apply_recipe.h"
 #include "system/services.h"
 #include "ui/desk.h"
@@ -25,10 +26,13 @@
 class QDialog;
 class QDockWidget;
 class QListWidget;
+class QTimer;
 
 namespace morvane {
 
+class CompilerPane;
 class DocumentViews;
+class ExportBar;
 class LibraryBrowser;
 class ScenePanel;
 class ScenePresenter;
@@ -172,12 +176,25 @@ class MainWindow : public QMainWindow {
     void save_recipe_file();
     void show_errors(const std::vector<std::string>& errors);
 
+    // main_window_loop.cpp
+    void prepare_loop();
+    void prepare_compiler_pane();
+    void follow_options();
+    void follow_export();
+    void look_at_export();
+    void apply_assignments();
+    void reload_export(const std::function<LiveNews()>& command);
+    void select_rows(const std::vector<std::size_t>& rows);
+    void show_export_state();
+    void back_up_and_compile_on_save();
+    void compile();
+    void start_compiler();
+    void open_project();
+
     // main_window_tools.cpp
     void backup();
     void restore_backup();
     void show_restored();
-    void compile();
-    bool may_compile();
     void show_search_results();
     void copy_messages();
 
@@ -204,7 +221,16 @@ class MainWindow : public QMainWindow {
     ScenePresenter* picture_ = nullptr;
     QAction* show_picture_ = nullptr;
     std::size_t pointed_line_ = 0; // of the model file, clicked in the picture; 0: none
-    QByteArray first_layout_;      // of the docks, as it is before anybody has moved one
+    LiveSet live_;
+    QTimer* export_timer_ = nullptr;
+    ExportBar* export_bar_ = nullptr;
+    QAction* watch_export_ = nullptr;
+    QAction* apply_and_save_ = nullptr;
+    QAction* compile_after_save_ = nullptr;
+    QAction* unique_labels_ = nullptr;
+    CompilerPane* compiler_pane_ = nullptr;
+    QDockWidget* compiler_dock_ = nullptr;
+    QByteArray first_layout_; // of the docks, as it is before anybody has moved one
 };
 
 } // namespace morvane

@@ -3,6 +3,7 @@
 // The main window's arrangement: the steps on the left, a picture in the middle, panels as docks.
 
 #include "ui/main_window/controls.h"
+#include "ui/main_window/export_bar.h"
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
 
@@ -111,6 +112,7 @@ QString MainWindow::layout_key() const {
 }
 
 void MainWindow::keep_layout() {
+    export_bar_->leave(); // what it says is over then
     state_.keep(*this);
     keep_picture();
     state_.set_bytes(layout_key(), saveState(layout_version));

@@ -4,7 +4,7 @@
 
 #include "base/errors.h"
 #include "base/reporter.h"
-#include "recipe/record_recipe.h"
+#include "document/recipe_text.h"
 #include "system/replace_files.h"
 #include "system/text_writer.h"
 #include "ui/dialogs/dialogs.h"
@@ -69,9 +69,18 @@ void MainWindow::save_recipe_file() {
     if (path.isEmpty()) {
         return;
     }
+    const RecipeText text = recipe_text(desk_.disk, path_bytes(path), set(), recipe,
+                                        document_.document().made_materials(),
+                                        effects_.empty() ? std::string() : effects_.front());
+    if (!text.errors.empty()) {
+        show_errors(text.errors);
+        return;
+    }
+    for (const Note& problem : text.problems) {
+        reporter_.note(problem);
+    }
     try {
-        const std::string text = write_recipe(recipe);
-        replace_file(desk_.disk, path_bytes(path), [&](TextWriter& out) { out.write(text); });
+        replace_file(desk_.disk, path_bytes(path), [&](TextWriter& out) { out.write(text.text); });
         reporter_.note({"the recipe was saved as " + path_bytes(path)});
     } catch (const RuntimeError& error) {
         report_error(reporter_, error, "ERROR : ", ": ", Icon::Critical);

@@ -98,7 +98,9 @@ void MainWindow::show_opened_set() {
     noted_rows_.clear();
     parameters_set_ = false;
     late_work_noted_ = false;
-    ui_->materialFilter->clear();
+    if (!document_.is_reloading()) {
+        ui_->materialFilter->clear();
+    }
     materials_.show_set(set());
     fit_columns();
     for (StepMarker* marker :
@@ -112,6 +114,11 @@ void MainWindow::show_opened_set() {
 }
 
 void MainWindow::save() {
+    if (compile_after_save_->isChecked() && document_.has_unsaved_work() &&
+        !document_.was_saved()) {
+        back_up_and_compile_on_save();
+        return;
+    }
     const Hourglass hourglass;
     if (may_replace_files()) {
         document_.document().save(output_base());

@@ -12,7 +12,6 @@
 #include "ui/main_window/main_window.h"
 #include "ui/models/message_log.h"
 #include "upkeep/backup.h"
-#include "upkeep/compile.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -42,6 +41,7 @@ void MainWindow::restore_backup() {
         set().opened &&
         is_same_file(desk_.disk, model_file_name(output_base()), model_file_name(set().base));
     if (!result.copied.empty() && is_open_set) {
+        follow_export(); // what was restored is no export
         show_restored();
     }
 }
@@ -54,36 +54,6 @@ void MainWindow::show_restored() {
     }
     reporter_.note({"the files of the open set were restored: press Open to read them again."});
     ui_->open.setFocus();
-}
-
-// The compiler reads the files, not what has been processed since they were saved.
-bool MainWindow::may_compile() {
-    if (!document_.has_unsaved_work() || document_.was_saved()) {
-        return true;
-    }
-    switch (desk_.dialogs.ask_unsaved(this,
-                                      tr("Save first? Materials of this set have been processed "
-                                         "but not saved; the compiler would not see them."),
-                                      true)) {
-    case Unsaved::Save:
-        save();
-        return document_.was_saved();
-    case Unsaved::Discard:
-        return true;
-    case Unsaved::Cancel:
-        break;
-    }
-    return false;
-}
-
-void MainWindow::compile() {
-    if (!may_compile()) {
-        return;
-    }
-    const CompileJob job{output_base(), desk_.program_folder};
-    if (auto program = start_compile(services(), desk_.programs, job)) {
-        tools_.viewer().follow(compile_output_file(job), compiler_.watch(std::move(program)));
-    }
 }
 
 void MainWindow::show_search_results() {

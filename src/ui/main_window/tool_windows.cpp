@@ -7,6 +7,7 @@
 #include "ui/dialogs/source_window.h"
 #include "ui/dialogs/text_viewer.h"
 #include "ui/library_browser/library_browser.h"
+#include "ui/project_window/project_window.h"
 
 namespace morvane {
 
@@ -53,6 +54,14 @@ void ToolWindows::show_library_compiler() {
     library_compiler_->bring_up();
 }
 
+ProjectWindow& ToolWindows::show_project() {
+    if (!project_) {
+        project_ = std::make_unique<ProjectWindow>(desk_, state_);
+    }
+    project_->bring_up();
+    return *project_;
+}
+
 ResultsViewer& ToolWindows::viewer() {
     if (desk_.viewer != nullptr) {
         return *desk_.viewer;
@@ -81,7 +90,7 @@ TextViewer& ToolWindows::own_viewer() {
 
 bool ToolWindows::close_all() {
     return close(model_modifier_) && close(library_browser_) && close(label_rename_) &&
-           close(library_compiler_) && close(viewer_) && close(source_window_);
+           close(library_compiler_) && close(project_) && close(viewer_) && close(source_window_);
 }
 
 } // namespace morvane

@@ -21,6 +21,7 @@ class WindowState;
 class LabelRename;
 class LibraryCompiler;
 class ModelModifier;
+class ProjectWindow;
 
 /// The forms of the other tools: each made when it is first wanted and kept until the main window
 /// closes.
@@ -38,6 +39,7 @@ class ToolWindows {
     /// `input_file` gives the base path that the main window shows.
     void show_label_rename(const std::function<QString()>& input_file);
     void show_library_compiler();
+    ProjectWindow& show_project();
 
     /// The library browser if it has been made yet.
     LibraryBrowser* library_browser() { return library_browser_.get(); }
@@ -60,6 +62,7 @@ class ToolWindows {
     std::unique_ptr<LibraryBrowser> library_browser_;
     std::unique_ptr<LabelRename> label_rename_;
     std::unique_ptr<LibraryCompiler> library_compiler_;
+    std::unique_ptr<ProjectWindow> project_;
     std::unique_ptr<TextViewer> viewer_;
     std::unique_ptr<SourceWindow> source_window_;
 };

@@ -13,6 +13,11 @@ class DocumentModel::Listener final : public DocumentListener {
         model_.rows_in_files_ = 0;
         Q_EMIT model_.opened();
     }
+    void reloaded() override {
+        model_.reloading_ = true;
+        opened();
+        model_.reloading_ = false;
+    }
     void changed(std::size_t row) override { Q_EMIT model_.row_changed(row); }
     void parameters_changed() override { Q_EMIT model_.parameters_changed(); }
     void history_changed() override { Q_EMIT model_.history_changed(); }

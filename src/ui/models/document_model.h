@@ -32,6 +32,10 @@ class DocumentModel : public QObject {
     /// Whether the set was saved, so that work done since cannot be.
     bool was_saved() const { return set().saved; }
 
+    /// Whether `opened` is about the files of the same set, which were read again: views keep their
+    /// places then.
+    bool is_reloading() const { return reloading_; }
+
   Q_SIGNALS:
     void opened();
     void row_changed(std::size_t row);
@@ -48,6 +52,7 @@ class DocumentModel : public QObject {
 
     std::unique_ptr<Listener> listener_;
     std::unique_ptr<Document> document_;
+    bool reloading_ = false;
     std::size_t rows_in_files_ = 0; // processed when the set was opened or saved
 };
 
