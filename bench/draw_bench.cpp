@@ -188,7 +188,8 @@ std::string tree_code() {
             put(code, n);
         }
     }
-    for (const std::uint16_t n : {0xB9, 0, 8, 12, 0, 1, 2, 1, 3, 2, 4, 5, 6, 5, 7, 6, 0x22}) {
+    for (const std::uint16_t n : std::initializer_list<std::uint16_t>{0xB9, 0, 8, 12, 0, 1, 2, 1, 3,
+                                                                      2, 4, 5, 6, 5, 7, 6, 0x22}) {
         put(code, n);
     }
     return code;

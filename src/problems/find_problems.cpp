@@ -10,7 +10,6 @@
 #include "problems/quiet_reporter.h"
 #include "source/open_source_set.h"
 #include "source/source_set.h"
-#include "system/file_bytes.h"
 
 #include <algorithm>
 #include <array>
@@ -223,8 +222,7 @@ std::vector<Problem> find_set_assembly_problems(Disk& disk, const OpenSet& set,
 std::vector<Problem> find_file_assembly_problems(Disk& disk, const std::string& path,
                                                  const std::string& folder) {
     try {
-        return find_assembly_problems(
-            flatten(disk, {path, LineStore(read_bytes(disk, path))}, folder));
+        return find_assembly_problems(flatten(disk, read_source(disk, path), folder));
     } catch (const RuntimeError& error) {
         return {{"not-checked", Severity::Warning,
                  std::string("cannot be read to be checked (") + error.description() + ").", path}};

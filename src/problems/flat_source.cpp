@@ -50,15 +50,15 @@ class Flattener {
     void add(SourceText text) {
         const auto file = static_cast<std::uint32_t>(source_.files.size());
         open_.push_back(text.path);
+        const std::shared_ptr<const LineStore> lines = text.lines;
         source_.files.push_back(std::move(text));
-        const LineStore lines = source_.files.back().lines; // shares the bytes; `files` may grow
-        for (std::size_t line = 1; line <= lines.count(); ++line) {
-            const MacroId bulk = in_macro_ ? MacroId::Other : bulk_macro(lines.line(line));
+        for (std::size_t line = 1; line <= lines->count(); ++line) {
+            const MacroId bulk = in_macro_ ? MacroId::Other : bulk_macro(lines->line(line));
             if (bulk != MacroId::Other) {
                 skipped_ += static_cast<std::uint32_t>(macro_rule(bulk).bytes);
                 continue;
             }
-            Statement statement = read_statement(lines.line(line));
+            Statement statement = read_statement(lines->line(line));
             statement.file = file;
             statement.line = static_cast<std::uint32_t>(line);
             add(statement);
@@ -106,7 +106,7 @@ class Flattener {
             const std::string name = file_name_part(path);
             source_.missing.push_back({statement, macros, !name.empty() && name != "_0.asm"});
         } else if (macros) {
-            take_names(text->lines);
+            take_names(*text->lines);
         } else if (open_.size() < deepest &&
                    std::find(open_.begin(), open_.end(), text->path) == open_.end()) {
             add(std::move(*text));
@@ -136,7 +136,7 @@ class Flattener {
 
     std::optional<SourceText> read(const std::string& path) {
         try {
-            return SourceText{path, LineStore(read_bytes(disk_, path))};
+            return read_source(disk_, path);
         } catch (const RuntimeError&) {
             return std::nullopt;
         }
@@ -170,19 +170,22 @@ std::string frame_path(const OpenSet& set, const std::string& output) {
 
 } // namespace
 
+SourceText read_source(Disk& disk, const std::string& path) {
+    return {path, std::make_shared<const LineStore>(read_bytes(disk, path))};
+}
+
 std::string FlatSource::place(const Statement& statement) const {
     return path(statement) + ":" + to_text(statement.line);
 }
 
 MergedModel merge_model(const OpenSet& set) {
-    MergedModel merged{set.model, {}};
-    const std::vector<const Replacement*> ordered = ordered_replacements(set);
-    for (std::size_t later = ordered.size(); later-- > 0;) {
-        const Replacement& replacement = *ordered[later];
-        merged.lines.insert_lines(replacement.before_line, replacement.code);
-        merged.pieces.insert(merged.pieces.begin(),
-                             {replacement.before_line, replacement.code.size()});
+    MergedModel merged;
+    std::vector<LineStore::Insertion> insertions;
+    for (const Replacement* replacement : ordered_replacements(set)) {
+        merged.pieces.push_back({replacement->before_line, replacement->code.size()});
+        insertions.push_back({replacement->before_line, &replacement->code});
     }
+    merged.lines = std::make_shared<const LineStore>(set.model.with(insertions));
     return merged;
 }
 
@@ -238,7 +241,7 @@ FlatSource flatten_set(Disk& disk, const OpenSet& set, const std::string& output
     // Under another base path the frame still names the model file that was opened.
     flattener.put_over({model_file, model.lines},
                        {file_name_part(model_file), file_name_part(model_file_name(set.base))});
-    flattener.add({frame, set.frame});
+    flattener.add({frame, std::make_shared<const LineStore>(set.frame)});
     flattener.add_overlay_unless_included();
     return source;
 }

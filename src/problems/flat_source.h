@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -19,8 +20,11 @@ struct OpenSet;
 /// A file that is checked as it will be, whatever the disk holds.
 struct SourceText {
     std::string path; // by which problems name it
-    LineStore lines;
+    std::shared_ptr<const LineStore> lines;
 };
+
+/// Throws RuntimeError.
+SourceText read_source(Disk& disk, const std::string& path);
 
 /// An include line whose file was not found.
 struct MissingInclude {
@@ -60,7 +64,7 @@ struct MergedModel {
         std::size_t count;  // generated lines that go there
     };
 
-    LineStore lines;
+    std::shared_ptr<const LineStore> lines;
     std::vector<Piece> pieces{};
 
     /// The line of the opened model that a line was; for a generated one the line it goes before.

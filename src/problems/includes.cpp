@@ -16,7 +16,7 @@ bool is_elsewhere(std::string_view path) {
 }
 
 std::string_view line_of(const FlatSource& source, const Statement& statement) {
-    return source.files[statement.file].lines.line(statement.line);
+    return source.files[statement.file].lines->line(statement.line);
 }
 
 // A ";" in the middle of a word is no comment's beginning that anybody meant.

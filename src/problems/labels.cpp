@@ -131,7 +131,7 @@ class UseChecker {
         if (name == "model_shadow") {
             advice = " is defined nowhere; put \"model_shadow label BGLCODE\" and a line that "
                      "includes the shadow model before the line BGL_END";
-            const std::size_t line = commented_label(source_.files.front().lines, name);
+            const std::size_t line = commented_label(*source_.files.front().lines, name);
             advice += line == 0 ? "."
                                 : ", or remove the \";\" of line " + to_text(line) +
                                       " to cast the shadow from the whole model.";

@@ -15,8 +15,8 @@ void check_file(const SourceText& file, Problems& problems) {
     const std::size_t first = problems.size();
     ListChecker lists;
     bool in_macro = false;
-    for (std::size_t number = 1; number <= file.lines.count(); ++number) {
-        const std::string_view line = file.lines.line(number);
+    for (std::size_t number = 1; number <= file.lines->count(); ++number) {
+        const std::string_view line = file.lines->line(number);
         Statement statement = read_statement(line);
         statement.line = static_cast<std::uint32_t>(number);
         check_raw_line(line, statement, problems);

@@ -159,6 +159,32 @@ void LineStore::insert_lines(std::size_t before, const std::vector<std::string>&
     lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(before), kept.begin(), kept.end());
 }
 
+LineStore LineStore::with(const std::vector<Insertion>& insertions) const {
+    std::size_t added = 0;
+    for (const Insertion& insertion : insertions) {
+        require_index(insertion.before);
+        added += insertion.texts->size();
+    }
+    LineStore copy;
+    copy.bytes_ = bytes_;
+    copy.only_crlf_ = only_crlf_;
+    copy.texts_ = texts_;
+    std::vector<std::string_view>& lines = copy.lines_;
+    lines.clear();
+    lines.reserve(lines_.size() + added);
+    auto rest = lines_.cbegin();
+    for (const Insertion& insertion : insertions) {
+        const auto place = lines_.cbegin() + static_cast<std::ptrdiff_t>(insertion.before);
+        lines.insert(lines.end(), rest, place);
+        for (const std::string& text : *insertion.texts) {
+            lines.push_back(copy.keep(text));
+        }
+        rest = place;
+    }
+    lines.insert(lines.end(), rest, lines_.cend());
+    return copy;
+}
+
 void LineStore::erase_lines(std::size_t first, std::size_t last) {
     require_index(first);
     if (last < first || last > count()) {

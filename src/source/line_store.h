@@ -64,6 +64,14 @@ class LineStore {
 
     /// Inserts lines before line `before` (1 .. upper(); upper() appends).
     void insert_lines(std::size_t before, const std::vector<std::string>& texts);
+    /// Lines that are to be inserted before a line.
+    struct Insertion {
+        std::size_t before = 0;
+        const std::vector<std::string>* texts = nullptr; // not kept
+    };
+    /// A copy with lines inserted at several places, made in one pass. The places count the lines
+    /// of this store and ascend. Throws SubscriptOutOfRange.
+    LineStore with(const std::vector<Insertion>& insertions) const;
     /// Removes lines first .. last. Throws SubscriptOutOfRange unless 1 <= first <= last <=
     /// count().
     void erase_lines(std::size_t first, std::size_t last);

@@ -163,6 +163,18 @@ TEST(LineStore, InsertedAndRemovedLines) {
     EXPECT_THAT(lines(store), ElementsAre(""));
 }
 
+TEST(LineStore, CopyWithLinesAtSeveralPlaces) {
+    const std::vector<std::string> first{"x", ""};
+    const std::vector<std::string> none;
+    const std::vector<std::string> last{"end"};
+    LineStore store = store_of("a\r\nold\r\nc\r\n");
+    store.set_line(2, "b");
+    EXPECT_THAT(lines(store.with({{1, &first}, {3, &none}, {3, &last}, {3, &first}, {4, &last}})),
+                ElementsAre("x", "", "a", "b", "end", "x", "", "c", "end", ""));
+    EXPECT_THAT(lines(store), ElementsAre("a", "b", "c", ""));
+    EXPECT_EQ(thrown_by([&] { store.with({{1, &last}, {5, &last}}); }).number(), 9);
+}
+
 TEST(LineStore, ViewsOutliveChanges) {
     LineStore store = store_of("a\nb\n");
     const std::string_view from_file = store.line(1);
