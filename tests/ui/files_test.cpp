@@ -30,6 +30,7 @@ class FilesTest : public QObject {
     void openingAsksForUnsavedWork();
     void missingCompilerIsTold();
     void compilerOutputIsShown();
+    void compilerOutputStaysInAPane();
     void searchResultsAreShownOnce();
     void theSystemsViewerIsUsedWhereThereIsOne();
     void colorsAreRemembered();
@@ -192,9 +193,10 @@ void FilesTest::compilerOutputIsShown() {
     write_compiler(base);
     type(*rig.form, "InputFile", base);
     click(*rig.form, "Command12");
-    const auto& text = control<QTextBrowser>(*rig.form, "compilerText");
-    const auto& status = control<QLabel>(*rig.form, "compilerStatus");
-    QVERIFY(text.isVisible());
+    QWidget& viewer = rig.window("TextViewer");
+    QCOMPARE(viewer.windowTitle(), QStringLiteral("comp.txt"));
+    const auto& text = control<QPlainTextEdit>(viewer, "viewerText");
+    const auto& status = control<QLabel>(viewer, "viewerStatus");
     QTRY_COMPARE(status.text(), QStringLiteral("The compiler has ended with status 3."));
     QVERIFY(text.toPlainText().contains(QStringLiteral("compiling ") + base));
     QVERIFY(text.toPlainText().contains(QStringLiteral("finished")));
@@ -216,6 +218,21 @@ void FilesTest::searchResultsAreShownOnce() {
     QCOMPARE(&rig.window("TextViewer"), &viewer);
 }
 
+void FilesTest::compilerOutputStaysInAPane() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    write_compiler(base);
+    type(*rig.form, "InputFile", base);
+    trigger(*rig.form, "actionCompile");
+    const auto& text = control<QTextBrowser>(*rig.form, "compilerText");
+    const auto& status = control<QLabel>(*rig.form, "compilerStatus");
+    QVERIFY(text.isVisible());
+    QTRY_COMPARE(status.text(), QStringLiteral("The compiler has ended with status 3."));
+    QVERIFY(text.toPlainText().contains(QStringLiteral("compiling ") + base));
+    QVERIFY(text.toPlainText().contains(QStringLiteral("finished")));
+    QVERIFY(rig.settings.has("comp.txt"));
+}
+
 void FilesTest::theSystemsViewerIsUsedWhereThereIsOne() {
     Rig rig;
     RecordingViewer viewer;
@@ -223,10 +240,11 @@ void FilesTest::theSystemsViewerIsUsedWhereThereIsOne() {
     const QString base = rig.copy_example("airport");
     write_compiler(base);
     type(*rig.form, "InputFile", base);
-    click(*rig.form, "Command12"); // has a pane of its own
+    click(*rig.form, "Command12");
     choose(*rig.form, "typeOfObj", QStringLiteral("Library"));
     click(rig.parameters(), "Command2");
-    QCOMPARE(viewer.shown, (std::vector<std::string>{rig.settings.file("out.txt")}));
+    QCOMPARE(viewer.shown, (std::vector<std::string>{"follow " + rig.settings.file("comp.txt"),
+                                                     rig.settings.file("out.txt")}));
     for (const QWidget* widget : QApplication::topLevelWidgets()) {
         QVERIFY(!widget->isVisible() || widget->objectName() != QLatin1String("TextViewer"));
     }

@@ -27,8 +27,11 @@ class WorkTest : public QObject {
     void workAfterSaveIsNotDroppedSilently();
     void workAfterSaveIsNotedOnce();
     void theTitleMarksUnsavedWork();
-    void compilingSavesFirstWithoutABox();
-    void compilingDoesNotReplaceAnotherSetUnasked();
+    void compilingAsksToSaveFirst();
+    void compilingWithoutSavingLeavesTheFiles();
+    void compilingCanBeGivenUp();
+    void compilingByKeySavesFirstWithoutABox();
+    void compilingByKeyDoesNotReplaceAnotherSetUnasked();
     void failingCompilerLeavesALineInTheLog();
     void deadRecentSetsAreRemoved();
     void boxesAreExplainedByTheNotesOfTheirCommand();
@@ -202,23 +205,63 @@ void WorkTest::theTitleMarksUnsavedWork() {
     QCOMPARE(rig.form->windowTitle(), QStringLiteral("Morvane - airport"));
 }
 
-void WorkTest::compilingSavesFirstWithoutABox() {
+void WorkTest::compilingAsksToSaveFirst() {
     Rig rig;
     const QString base = rig.copy_example("airport");
     write_compiler(base, "0");
     rig.open(base);
     process(rig, 1);
+    rig.dialogs.unsaved = Unsaved::Save;
     click(*rig.form, "Command12");
+    QCOMPARE(rig.dialogs.unsaved_asked, 1);
+    QVERIFY(rig.dialogs.unsaved_text.startsWith(QStringLiteral("Save first?")));
+    QVERIFY(bytes_of(base).find("LBL1 label BGLCODE") != std::string::npos);
+    QVERIFY(rig.settings.has("comp.txt"));
+    click(*rig.form, "Command12"); // nothing is unsaved now
+    QCOMPARE(rig.dialogs.unsaved_asked, 1);
+}
+
+void WorkTest::compilingWithoutSavingLeavesTheFiles() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    write_compiler(base, "0");
+    const std::string before = bytes_of(base);
+    rig.open(base);
+    process(rig, 1);
+    rig.dialogs.unsaved = Unsaved::Discard;
+    click(*rig.form, "Command12");
+    QVERIFY(bytes_of(base) == before);
+    QVERIFY(rig.settings.has("comp.txt"));
+}
+
+void WorkTest::compilingCanBeGivenUp() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    write_compiler(base, "0");
+    rig.open(base);
+    process(rig, 1);
+    rig.dialogs.unsaved = Unsaved::Cancel;
+    click(*rig.form, "Command12");
+    QVERIFY(!rig.settings.has("comp.txt"));
+}
+
+void WorkTest::compilingByKeySavesFirstWithoutABox() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    write_compiler(base, "0");
+    rig.open(base);
+    process(rig, 1);
+    trigger(*rig.form, "actionCompile");
     QCOMPARE(rig.dialogs.unsaved_asked, 0);
     QVERIFY(rig.dialogs.boxes.empty());
     QVERIFY(bytes_of(base).find("LBL1 label BGLCODE") != std::string::npos);
     QVERIFY(rig.settings.has("comp.txt"));
     QVERIFY(log_has(rig, QStringLiteral("Finished. Use 'bglc /bgl airport.asm' to compile.")));
-    click(*rig.form, "Command12"); // nothing is unsaved now
+    trigger(*rig.form, "actionCompile"); // nothing is unsaved now
     QVERIFY(rig.dialogs.boxes.empty());
 }
 
-void WorkTest::compilingDoesNotReplaceAnotherSetUnasked() {
+void WorkTest::compilingByKeyDoesNotReplaceAnotherSetUnasked() {
     Rig rig;
     const QString base = rig.copy_example("airport");
     write_compiler(base, "0");
@@ -228,7 +271,7 @@ void WorkTest::compilingDoesNotReplaceAnotherSetUnasked() {
     process(rig, 1);
     type(*rig.form, "OutputFile", other);
     rig.dialogs.answer = false;
-    click(*rig.form, "Command12");
+    trigger(*rig.form, "actionCompile");
     QCOMPARE(rig.dialogs.questions.size(), 1U);
     QVERIFY(bytes_of(other) == before);
     QVERIFY(!rig.settings.has("comp.txt"));

@@ -195,6 +195,8 @@ class MainWindow : public QMainWindow {
     void backup();
     void restore_backup();
     void show_restored();
+    void compile_and_view();
+    bool may_compile();
     void show_search_results();
     void copy_messages();
 

@@ -44,7 +44,7 @@ void MainWindow::connect_buttons() {
     on_click(ui_->save, &MainWindow::save);
     on_click(ui_->backup, &MainWindow::backup);
     on_click(ui_->restore, &MainWindow::restore_backup);
-    on_click(ui_->compile, &MainWindow::compile);
+    on_click(ui_->compile, &MainWindow::compile_and_view);
 }
 
 void MainWindow::connect_menus() {

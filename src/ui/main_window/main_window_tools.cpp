@@ -12,6 +12,7 @@
 #include "ui/main_window/main_window.h"
 #include "ui/models/message_log.h"
 #include "upkeep/backup.h"
+#include "upkeep/compile.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -54,6 +55,37 @@ void MainWindow::show_restored() {
     }
     reporter_.note({"the files of the open set were restored: press Open to read them again."});
     ui_->open.setFocus();
+}
+
+// The compiler reads the files, not what has been processed since they were saved.
+bool MainWindow::may_compile() {
+    if (!document_.has_unsaved_work() || document_.was_saved()) {
+        return true;
+    }
+    switch (desk_.dialogs.ask_unsaved(this,
+                                      tr("Save first? Materials of this set have been processed "
+                                         "but not saved; the compiler would not see them."),
+                                      true)) {
+    case Unsaved::Save:
+        save();
+        return document_.was_saved();
+    case Unsaved::Discard:
+        return true;
+    case Unsaved::Cancel:
+        break;
+    }
+    return false;
+}
+
+// The button, unlike F7, asks before it saves and shows the output in the results viewer.
+void MainWindow::compile_and_view() {
+    if (!may_compile()) {
+        return;
+    }
+    const CompileJob job{output_base(), desk_.program_folder};
+    if (auto program = start_compile(services(), desk_.programs, job)) {
+        tools_.viewer().follow(compile_output_file(job), compiler_.watch(std::move(program)));
+    }
 }
 
 void MainWindow::show_search_results() {
