@@ -5,13 +5,18 @@
 
 #include <string>
 
+namespace morvane {
+class Disk;
+}
+
 namespace morvane::cli {
 
 /// Lets the help of every command list the options that all commands have.
 void use_full_help(CLI::App& app);
 
-/// Adds `help COMMAND`, which prints what `COMMAND --help` prints.
-void add_help_command(CLI::App& app);
+/// Adds `help COMMAND`, which prints what `COMMAND --help` prints, and `help TOPIC`, which prints a
+/// chapter of the guide or another page. A word that is a command is never a topic.
+void add_help_command(CLI::App& app, Disk& disk);
 
 /// The program that a command belongs to.
 const CLI::App& program_of(const CLI::App& command);

@@ -47,7 +47,7 @@ void add_commands(CLI::App& app, Cli& cli) {
     add_render_command(app, cli);
     add_build_command(app, cli);
     add_watch_command(app, cli);
-    add_help_command(app);
+    add_help_command(app, *cli.disk);
 }
 
 std::string file_name_problem(const CLI::Option& option, const std::string& text) {

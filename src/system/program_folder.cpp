@@ -47,6 +47,32 @@ std::vector<std::string> helper_folders(const std::string& executable_folder) {
             join_path(join_path(join_path(executable_folder, ".."), "lib"), "morvane")};
 }
 
+namespace {
+
+// `path` has "/" between its folders, on every platform.
+std::string below(const std::string& folder, const std::string& path) {
+    const std::size_t end = path.find('/');
+    const std::string joined = join_path(folder, path.substr(0, end));
+    return end == std::string::npos ? joined : below(joined, path.substr(end + 1));
+}
+
+// A checkout's build is in build/PRESET, its programs in src/cli and src/ui of that.
+std::string checkout_of(const std::string& executable_folder) {
+    return below(executable_folder, "../../../..");
+}
+
+} // namespace
+
+std::vector<std::string> document_folders(const std::string& executable_folder) {
+    return {below(executable_folder, "docs"), below(executable_folder, "../share/doc/morvane"),
+            below(checkout_of(executable_folder), "docs")};
+}
+
+std::vector<std::string> macro_folders(const std::string& executable_folder) {
+    return {below(executable_folder, "../share/morvane"), executable_folder,
+            below(checkout_of(executable_folder), "share")};
+}
+
 std::string user_data_folder(const std::string& data_home, const std::string& home) {
     if (data_home.starts_with('/')) {
         return join_path(data_home, "morvane");

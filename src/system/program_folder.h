@@ -39,4 +39,13 @@ bool is_system_folder(const std::string& folder);
 /// installed elsewhere, and as built).
 std::vector<std::string> helper_folders(const std::string& executable_folder);
 
+/// Where the documents are looked for: in `docs` beside the running program (as installed on
+/// Windows), in `share/doc/morvane` (as installed elsewhere), in `docs` of the checkout that the
+/// program was built in.
+std::vector<std::string> document_folders(const std::string& executable_folder);
+
+/// Where the macro files (`morvane.inc`) are looked for: in `share/morvane`, beside the running
+/// program, in `share` of the checkout.
+std::vector<std::string> macro_folders(const std::string& executable_folder);
+
 } // namespace morvane

@@ -50,12 +50,6 @@ CommandLine read_command_line(const QCoreApplication& application) {
     return {morvane::path_bytes(parser.value(folder)), parser.positionalArguments().value(0)};
 }
 
-// Where packages put the documents: beside the program on Windows, in share/doc elsewhere.
-std::vector<std::string> guide_folders() {
-    const std::string own = morvane::executable_folder();
-    return {own + "/docs", own + "/../share/doc/morvane", own + "/../share/doc/morvane/docs"};
-}
-
 int run(const QApplication& application) {
     const CommandLine line = read_command_line(application);
     const auto disk = morvane::make_system_disk();
@@ -67,7 +61,7 @@ int run(const QApplication& application) {
     morvane::Desk desk{*disk, dialogs, *programs, log,
                        morvane::resolve_program_folder(*disk, places)};
     desk.viewer = viewer.get();
-    desk.guide_folders = guide_folders();
+    desk.guide_folders = morvane::document_folders(morvane::executable_folder());
     desk.open_document = [](const std::string& path) {
         QDesktopServices::openUrl(QUrl::fromLocalFile(morvane::shown_text(path)));
     };

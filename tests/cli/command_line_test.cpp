@@ -5,13 +5,16 @@
 #include "base/errors.h"
 #include "cli/failure.h"
 #include "cli/program_run.h"
+#include "cli/topics.h"
 #include "support/source_folder.h"
 #include "support/temp_folder.h"
+#include "system/disk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <new>
 #include <sstream>
 #include <stdexcept>
@@ -101,6 +104,73 @@ TEST_F(CommandLine, HelpOfACommandIsThatCommandsHelp) {
     const ProgramRun none = run("morvane-cli help proces");
     EXPECT_EQ(none.status, 2);
     EXPECT_THAT(none.errors, HasSubstr("did you mean \"process\"?"));
+    const ProgramRun below = run("morvane-cli help library creat");
+    EXPECT_EQ(below.status, 2);
+    EXPECT_THAT(below.errors, HasSubstr("\"creat\" (did you mean \"create\"?)"));
+}
+
+TEST_F(CommandLine, HelpOfATopicIsAChapterOfTheGuideOrAPage) {
+    const ProgramRun chapter = run("morvane-cli help library objects");
+    EXPECT_EQ(chapter.status, 0);
+    EXPECT_THAT(chapter.output, StartsWith("## Library objects\n"));
+    EXPECT_THAT(chapter.output, Not(HasSubstr("\n## "))) << "more than one chapter";
+    EXPECT_EQ(run("morvane-cli help objects").output, chapter.output);
+    EXPECT_THAT(run("morvane-cli help recipes").output, StartsWith("# Recipes\n"));
+    // `backup` is a command: the page of that name needs its ending.
+    EXPECT_THAT(run("morvane-cli help backup").output, HasSubstr("Usage: morvane-cli backup"));
+    EXPECT_THAT(run("morvane-cli help backup.md").output, StartsWith("# "));
+    const ProgramRun unknown = run("morvane-cli help glosary");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_THAT(unknown.errors, HasSubstr("did you mean \"glossary\"?"));
+}
+
+// Every page and every chapter can be reached by the name that is listed for it.
+TEST_F(CommandLine, HelpListsItsTopics) {
+    const ProgramRun topics = run("morvane-cli help topics");
+    EXPECT_EQ(topics.status, 0);
+    std::istringstream lines(topics.output);
+    std::size_t count = 0;
+    for (std::string name, title; lines >> name && std::getline(lines >> std::ws, title); ++count) {
+        const ProgramRun topic = run("morvane-cli help " + name);
+        EXPECT_EQ(topic.status, 0) << name;
+        const std::string first = topic.output.substr(0, topic.output.find('\n'));
+        EXPECT_THAT(first, EndsWith("# " + title)) << name;
+    }
+    std::size_t pages = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(source_folder() + "/docs")) {
+        pages += entry.path().extension() == ".md" ? 1 : 0;
+    }
+    EXPECT_GT(count, pages + 5) << "chapters of the guide besides the pages";
+}
+
+TEST(TerminalText, ShowsWhatLinksPicturesAndCodeSay) {
+    EXPECT_EQ(cli::terminal_text("See [recipes](recipes.md) [1] and [limits](#limits).\n"),
+              "See recipes [1] and limits.\n");
+    EXPECT_EQ(cli::terminal_text("![A runway](images/a.png)\n"), "[Picture: A runway]\n");
+    EXPECT_EQ(
+        cli::terminal_text("<picture>\n  <img alt=\"The window\" src=\"a.png\">\n</picture>\n"),
+        "[Picture: The window]\n");
+    EXPECT_EQ(cli::terminal_text("```toml\n[a](b)\n\n```\n    [c](d)\n"),
+              "    [a](b)\n\n    [c](d)\n");
+    EXPECT_EQ(cli::terminal_text("[half](link\n"), "[half](link\n");
+}
+
+TEST(HelpTopics, AreTakenFromTheFirstFolderThatHasAGuide) {
+    const TempFolder folder;
+    folder.write("b/guide.md", "# Guide\n\n## An export\none\n## Lights\ntwo\n");
+    folder.write("b/zebra.md", "no title\n");
+    folder.write("c/guide.md", "## Other\n");
+    const auto disk = make_system_disk();
+    const auto topics =
+        cli::help_topics(*disk, {folder.file("a"), folder.file("b"), folder.file("c")});
+    ASSERT_EQ(topics.size(), 3U);
+    EXPECT_EQ(topics[0].name, "an-export");
+    EXPECT_EQ(topics[0].text, "## An export\none\n");
+    EXPECT_EQ(topics[2].title, "zebra");
+    EXPECT_EQ(cli::find_topic(topics, "export"), &topics[0]);
+    EXPECT_EQ(cli::find_topic(topics, "zebra.md"), &topics[2]);
+    EXPECT_EQ(cli::find_topic(topics, "e"), nullptr) << "more than one has an e";
+    EXPECT_TRUE(cli::help_topics(*disk, {folder.file("a")}).empty());
 }
 
 TEST_F(CommandLine, AMistypedOptionGetsTheNearestOne) {

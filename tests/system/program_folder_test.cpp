@@ -72,6 +72,44 @@ TEST(HelperFolders, AreBesideTheProgramAndInTheInstalledLibraryFolder) {
             join_path(join_path(join_path(join_path("prefix", "bin"), ".."), "lib"), "morvane")}));
 }
 
+// The folders that are there are compared, whatever ".." they are written with.
+TEST_F(ProgramFolder, DocumentsAndMacrosAreFoundInEveryLayout) {
+    const auto found = [&](const std::vector<std::string>& folders, const std::string& file) {
+        std::vector<std::string> places;
+        for (const std::string& path : folders) {
+            if (disk->is_file(join_path(path, file))) {
+                places.push_back(std::filesystem::path(path)
+                                     .lexically_normal()
+                                     .lexically_relative(folder.path())
+                                     .generic_string());
+            }
+        }
+        return places;
+    };
+    for (const std::string file :
+         {"windows/docs/guide.md", "windows/morvane.inc", "usr/share/doc/morvane/guide.md",
+          "usr/share/morvane/morvane.inc", "checkout/docs/guide.md",
+          "checkout/share/morvane.inc"}) {
+        folder.write(file, "");
+    }
+    for (const std::string programs : {"windows", "usr/bin", "checkout/build/test/src/cli"}) {
+        std::filesystem::create_directories(folder.file(programs));
+    }
+    using Places = std::vector<std::string>;
+    const auto documents = [&](const std::string& program) {
+        return found(document_folders(folder.file(program)), "guide.md");
+    };
+    EXPECT_EQ(documents("windows"), Places{"windows/docs"});
+    EXPECT_EQ(documents("usr/bin"), Places{"usr/share/doc/morvane"});
+    EXPECT_EQ(documents("checkout/build/test/src/cli"), Places{"checkout/docs"});
+    const auto macros = [&](const std::string& program) {
+        return found(macro_folders(folder.file(program)), "morvane.inc");
+    };
+    EXPECT_EQ(macros("windows"), Places{"windows"});
+    EXPECT_EQ(macros("usr/bin"), Places{"usr/share/morvane"});
+    EXPECT_EQ(macros("checkout/build/test/src/cli"), Places{"checkout/share"});
+}
+
 #ifndef _WIN32
 TEST_F(ProgramFolder, AReadOnlyExecutableFolderIsPassedOver) {
     std::filesystem::create_directory(folder.file("bin"));
