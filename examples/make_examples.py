@@ -184,6 +184,24 @@ def light_mast():
     return model
 
 
+def chimney():
+    """A chimney of 15 m with a lamp and smoke, and a windsock beside it: the example of the guide."""
+    model = Model("chimney")
+    brick = model.material((150, 80, 64))
+    lamp = model.material((255, 48, 32), RED)
+    smoke = model.material((64, 64, 64), YELLOW)
+    sock = model.material((255, 128, 0), CYAN)
+    for start, end in [((-1, -1), (1, -1)), ((1, -1), (1, 1)), ((1, 1), (-1, 1)), ((-1, 1), (-1, -1))]:
+        model.wall(brick, start, end, 15.0, None)
+    model.markers(lamp, [(1.0, 15.0, -1.0)], (0.0, 0.0, -1.0))
+    model.markers(smoke, [(0.0, 15.0, 0.0)])
+    # Both upper corners are equally high, so that it does not matter in which order they come.
+    model.block(sock, [((12.0, 0.0, 0.0), (0.0, 0.0, -1.0), (0.0, 0.0)),
+                       ((12.0, 6.0, 0.0), (0.0, 0.0, -1.0), (0.0, 1.0)),
+                       ((14.5, 6.0, 0.0), (0.0, 0.0, -1.0), (1.0, 1.0))], [(0, 1, 2)])
+    return model
+
+
 def design_frame(name, size, scale):
     """The frame of a design that goes into a library: `size` is its diameter in scale units."""
     yield f"; {name}.asm: object frame"
@@ -211,6 +229,8 @@ def main():
         stem = name.replace("-", "_")
         write(HERE / name / f"{stem}_0.asm", aircraft(stem).lines())
         write(HERE / name / f"{stem}.asm", aircraft_frame(stem, header))
+    write(HERE / "chimney" / "chimney_0.asm", chimney().lines())
+    write(HERE / "chimney" / "chimney.asm", design_frame("chimney", "40", 65536))
     for model, size, scale in [(hangar(), "41", 65536), (fuel_tank(), "7", 32768),
                                (light_mast(), "030h", 65536)]:
         write(HERE / "library" / f"{model.name}_0.asm", model.lines())
