@@ -23,7 +23,7 @@ if(WIN32)
   install(FILES LICENSE DESTINATION ${document_folder}) # Debian has it in common-licenses
 endif()
 install(DIRECTORY docs/ DESTINATION ${document_folder} PATTERN "*.in" EXCLUDE
-        PATTERN "*.1" EXCLUDE PATTERN "*.5" EXCLUDE)
+        PATTERN "*.1" EXCLUDE PATTERN "*.5" EXCLUDE PATTERN "words.txt" EXCLUDE)
 
 # The unpacking program is a Windows program everywhere; the system's programs are no company for it.
 if(TARGET bglunpack)
