@@ -39,7 +39,7 @@ void add_wing_shadow(Assembly& assembly) {
     }
     replace_file(assembly.services.disk, scratch_file(assembly), [&](TextWriter& out) {
         write_lines(out, frame, 1, position + 2);
-        // The position and the line behind it stand twice: the added call needs them again.
+        // The position and the line after it are written twice: the added call needs them.
         write_lines(out, frame, position, position + 1);
         out.line("    SHADOW_VICALL32 model_wingsl,AIRCRAFT_PARAMS.llapbh.pbh");
         write_lines(out, frame, position + 3, frame.upper());

@@ -39,7 +39,7 @@ bool suffix_wings(Assembly& assembly) {
     return true;
 }
 
-// Which wings are drawn depends on whether the aircraft stands on the ground.
+// Which wings are drawn depends on whether the aircraft is on the ground.
 void write_wing_calls(TextWriter& out) {
     out.line("    VAR_BASE_OVERRIDE VAR_BASE_GLOBAL");
     out.line("    IFMSK SKIP_GROUND, ground, -1");

@@ -10,7 +10,7 @@ namespace morvane {
 
 namespace {
 
-// Whether the line is a call by `keyword` with a blank behind it: then `rest` is what follows the
+// Whether the line is a call by `keyword` with a blank after it: then `rest` is what follows the
 // keyword, that blank included.
 bool is_call(std::string_view line, std::string_view keyword, std::string_view& rest) {
     const std::string_view text = trim(line);

@@ -11,7 +11,7 @@ namespace morvane {
 
 /// The report text of the library browser and its results file "out.txt" in the program folder.
 ///
-/// Lines are parted by CR LF. A box that has grown to `overflow_size` characters is written to
+/// Lines are separated by CR LF. A box that has grown to `overflow_size` characters is written to
 /// "out.txt" and emptied, with a message each time; so a long report is in "out.txt" as a whole.
 class OutputBox {
   public:

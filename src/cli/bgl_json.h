@@ -14,7 +14,7 @@ namespace morvane::cli {
 Json analysis_json(const std::string& path, const Analysis& analysis);
 Json search_json(const std::string& folder, const SearchResult& result, Json objects);
 
-/// One library object as it stands in both.
+/// One library object as it is in both.
 Json object_json(const std::string& path, const LibraryObject& object);
 
 } // namespace morvane::cli

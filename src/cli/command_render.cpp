@@ -320,7 +320,7 @@ void add_render_command(CLI::App& app, Cli& cli) {
         ->add_option("--library", options->libraries,
                      "A BGL library whose objects are shown where they are called")
         ->type_name("FILE.bgl");
-    command->add_flag("--no-marks", options->no_marks, "Leave out what was generated");
+    command->add_flag("--no-marks", options->no_marks, "Omit what was generated");
     command->add_flag("--dark", options->dark, "Draw on a dark background");
     add_example(*command, "render airport --output airport.png");
     on_call(*command, cli, [&cli, options] { return run_render(cli, *options); });

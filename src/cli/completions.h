@@ -36,8 +36,8 @@ struct Candidates {
     std::vector<Candidate> found;
 };
 
-/// What can stand in the place of the last of these words, which may be empty. Words that do not
-/// begin like it are left out.
+/// What can be in the place of the last of these words, which may be empty. Words that do not
+/// begin like it are omitted.
 Candidates candidates_for(Disk& disk, const CLI::App& app, const std::vector<std::string>& words);
 
 /// Answers a completion script: when the command line begins with "--complete-words", prints

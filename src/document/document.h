@@ -50,7 +50,7 @@ class Document {
     bool open(const std::string& base);
 
     /// Opens the open set's files again and applies `recipe` to the materials that are marked now,
-    /// in one step; an assignment that matches none is left out. No message box is shown. The
+    /// in one step; an assignment that matches none is omitted. No message box is shown. The
     /// parameters in force stay. `is_current` is asked once the files have been read: whether they
     /// are still those that were to be read.
     Reload reload(Recipe recipe, const std::function<bool()>& is_current);

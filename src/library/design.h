@@ -12,7 +12,7 @@ namespace morvane {
 /// What a design's files say of it, as the fields of the window show it.
 struct DesignDescription {
     std::string scale; // unit_scale / the stored scale
-    std::string size;  // maximum diameter in scale units, as it stands in the file
+    std::string size;  // maximum diameter in scale units, as it is in the file
     std::string name;  // the file's name
 };
 

@@ -9,12 +9,12 @@
 
 namespace morvane {
 
-/// Reads four hexadecimal words parted by commas. Blanks do not count, and a word is read up to
+/// Reads four hexadecimal words separated by commas. Blanks do not count, and a word is read up to
 /// the first character that is no hexadecimal digit, so that one may end in "h". Nothing unless
 /// there are exactly four parts of at most eight significant digits.
 std::optional<Guid128> parse_identifier(std::string_view text);
 
-/// The four words with nine hexadecimal digits each, parted by ", ": an operand list of the
+/// The four words with nine hexadecimal digits each, separated by ", ": an operand list of the
 /// assembler when each word ends in "h".
 std::string identifier_text(const Guid128& guid, bool with_h);
 

@@ -17,7 +17,7 @@ constexpr double unit_scale = 65536;
 inline constexpr std::size_t max_library_entries = 100;
 inline constexpr std::size_t max_object_name = 47; // bytes
 
-/// An object as it will stand in the library.
+/// An object as it will be in the library.
 struct LibraryEntry {
     Guid128 guid{};
     std::uint8_t image_power = 0;  // up to 100: from how far the object is seen

@@ -68,7 +68,7 @@ class Findings {
     std::vector<Counted> found_;
 };
 
-// The list's lines are VERTEX_DEF lines; a number beyond it reads whatever stands there.
+// The list's lines are VERTEX_DEF lines; a number beyond it reads whatever is there.
 void check_vertex(const OpenSet& set, const DrawBlock& block, std::string_view number,
                   Findings& findings) {
     const double line = block.vertex_line(number);
@@ -96,7 +96,7 @@ void check_normal(const DrawBlock& block, const BlockTriangle& triangle, Finding
 void check_windsock(const DrawBlock& block, const BlockTriangle& triangle, Findings& findings) {
     if (format_decimal(measure_windsock(block, triangle).size, 1, 6) == "0.0") {
         findings.add("windsock-size", Severity::Warning, block.line(),
-                     "this triangle makes a windsock of length 0: its two upper corners must lie "
+                     "this triangle makes a windsock of length 0: its two upper corners must be "
                      "apart");
     }
 }

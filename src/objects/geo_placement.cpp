@@ -15,7 +15,7 @@ constexpr double meters_per_foot = 0.3048;
 constexpr double earth_diameter = 12734620; // metres
 constexpr double units_per_circle = 4294967296.0;
 
-// The fraction behind the thousands, in 1/65536.
+// The fraction after the thousands, in 1/65536.
 std::string low_part(double value) {
     const double rest = (value - std::floor(value / 1000) * 1000) / 1000;
     return plain_text(std::floor(rest * 65536));

@@ -19,7 +19,7 @@ struct Rewrite {
 
 /// Walks a block from its opening line on and makes its code; the set stays as it is. When the kind
 /// cannot use a triangle there is no code, and `lines` are those before that triangle. Throws
-/// RuntimeError; the block then stands on the line that it was about.
+/// RuntimeError; the block is then at the line that it was about.
 Rewrite generate_code(DrawBlock& block, const ObjectCode& kind);
 
 } // namespace morvane

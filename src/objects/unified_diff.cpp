@@ -71,7 +71,7 @@ class DiffWriter {
         append(context_);
     }
 
-    // Removed lines stand before the added ones of the same place.
+    // Removed lines come before the added ones of the same place.
     void close_change() {
         append(minus_);
         append(plus_);

@@ -85,7 +85,7 @@ void place_opened_lines(const ProblemRequest& request, const MergedModel& merged
     }
 }
 
-// Lines that a recipe has put into the frame lie together.
+// Lines that a recipe has put into the frame are together.
 void place_in_opened_frame(const ProblemRequest& request, Problems& problems) {
     const LineStore& frame = request.set.frame;
     if (request.opened_frame == nullptr || frame.count() <= request.opened_frame->count()) {

@@ -34,7 +34,7 @@ void check_flow(const FlatSource& source, Problems& problems) {
     bool reported = false;
     for (const Statement& statement : source.statements) {
         if (statement.kind == Statement::Kind::Label && targets.contains(statement.name)) {
-            // The jumps of an object's own code lie behind the same stop.
+            // The jumps of an object's own code are after the same stop.
             stop = statement.name.starts_with("SKIP_") ? stop : nullptr;
             reported = reported && stop != nullptr;
         } else if (ends_the_way(statement.macro)) {
@@ -44,7 +44,7 @@ void check_flow(const FlatSource& source, Problems& problems) {
             problems.push_back(problem_at(
                 source, statement, Severity::Warning, "code-after-return",
                 "this object is never drawn, as " + std::string(stop->keyword) + " in " +
-                    source.place(*stop) + " ends the way to it; move that line behind it."));
+                    source.place(*stop) + " ends the way to it; move that line after it."));
             reported = true;
         }
     }

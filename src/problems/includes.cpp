@@ -10,7 +10,7 @@ namespace morvane {
 
 namespace {
 
-// The simulator's macros lie wherever its author installed them, and need not be on this machine.
+// The simulator's macros are wherever its author installed them, and need not be on this machine.
 bool is_elsewhere(std::string_view path) {
     return path.find_first_of("\\/") != std::string_view::npos;
 }
@@ -46,7 +46,7 @@ void report(const FlatSource& source, const MissingInclude& missing, Problems& p
     } else if (!missing.macros) {
         problems.push_back(problem_at(source, include, Severity::Error, "include-missing",
                                       path + " is not there, and no file " + name +
-                                          " lies beside the frame file; correct the path."));
+                                          " is beside the frame file; correct the path."));
     } else if (!is_elsewhere(path)) {
         problems.push_back(problem_at(source, include, Severity::Note, "include-missing",
                                       name + " is not beside the frame file; copy it there, "

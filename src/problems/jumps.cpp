@@ -87,7 +87,7 @@ std::string too_far(const NearJump& jump, std::int64_t bytes) {
                        std::to_string(farthest);
     const bool lights = Operands(jump.call->rest)[2].find("dict_g_lightStates") == 0;
     return text + (lights ? "; give the lights at most 744 triangles a material."
-                          : "; divide what lies in between into smaller parts.");
+                          : "; divide what is in between into smaller parts.");
 }
 
 } // namespace

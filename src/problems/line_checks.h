@@ -25,7 +25,7 @@ void check_names(const Statement& statement, const Operands& operands, Problems&
 class ListChecker {
   public:
     void see(const Statement& statement, const Operands& operands, Problems& problems);
-    /// Reports what is still open behind the last line.
+    /// Reports what is still open after the last line.
     void end(Problems& problems);
 
   private:

@@ -48,7 +48,7 @@ bool is_end(MacroId macro) {
     }
 }
 
-// Transformations may lie within each other, lists and blocks may not.
+// Transformations may be within each other, lists and blocks may not.
 bool may_nest(MacroId begin) {
     return begin == MacroId::TransformMat || begin == MacroId::BglAnimate;
 }

@@ -23,7 +23,7 @@ std::string_view without_sign(std::string_view text) {
     return !text.empty() && (text.front() == '-' || text.front() == '+') ? text.substr(1) : text;
 }
 
-// Digits from `at` on; `at` ends up behind them.
+// Digits from `at` on; `at` ends up after them.
 bool skip_digits(std::string_view text, std::size_t& at) {
     const std::size_t begin = at;
     while (at < text.size() && is_digit(text[at])) {

@@ -49,7 +49,7 @@ void check_block(const OpenSet& set, std::size_t row, Problems& problems) {
         problems.push_back(at_row(set, row, line, Severity::Warning, "other-lines",
                                   material_text(set, row) +
                                       " has another line among its triangles, so that only those "
-                                      "before it become objects; move the line behind them."));
+                                      "before it become objects; move the line after them."));
     }
 }
 

@@ -25,7 +25,7 @@ struct Problem {
 /// Puts errors before warnings before notes; otherwise their order stays.
 void sort_worst_first(std::vector<Problem>& problems);
 
-/// The note that tells a problem in a message log: its text with its code behind in brackets.
+/// The note that reports a problem in a message log: its text, then its code in brackets.
 Note note_of(const Problem& problem);
 
 } // namespace morvane

@@ -103,7 +103,7 @@ class RenamingChecker {
         if (reported_.insert(word).second) {
             problems_.push_back(
                 problem_at(source_, statement, Severity::Warning, "label-inside-name",
-                           "rename-labels and assemble take what stands before "
+                           "rename-labels and assemble take what is before "
                            "\"label\" in " +
                                std::string(word) + " for a label; rename it by hand before."));
         }

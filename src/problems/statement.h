@@ -11,7 +11,7 @@
 namespace morvane {
 
 /// What a source line does, as the assembler reads it: tabs are blanks, a comment begins at the
-/// first ";" outside of quotes. The views lie in the line that was read.
+/// first ";" outside of quotes. The views are of the line that was read.
 struct Statement {
     enum class Kind : std::uint8_t {
         Empty,   // nothing, or a comment
@@ -26,7 +26,7 @@ struct Statement {
     MacroId macro = MacroId::Other; // of a call
     std::string_view name;          // that the line defines
     std::string_view keyword;       // as written
-    std::string_view rest;          // behind the keyword, without comment and blanks at the ends
+    std::string_view rest;          // after the keyword, without comment and blanks at the ends
     std::uint32_t file = 0;         // of the FlatSource that the line belongs to
     std::uint32_t line = 0;         // in the file, from 1
     std::uint32_t skipped = 0;      // bytes of vertices and triangles before it

@@ -118,7 +118,7 @@ class Planner {
     }
 
     void take_errors(const std::vector<std::string>& errors, const std::vector<Note>& problems) {
-        // Steps share recipes, whose errors are told once.
+        // Steps share recipes, whose errors are reported once.
         for (const std::string& error : errors) {
             if (std::find(plan_.errors.begin(), plan_.errors.end(), error) == plan_.errors.end()) {
                 plan_.errors.push_back(error);

@@ -44,7 +44,7 @@ std::string mast_color_problem(std::string_view text) {
     return wrong_length(text, mast_color_length);
 }
 
-// Where a parameter of a group lies.
+// Where a parameter of a group is.
 template <auto Group, auto Member>
 auto& place(Parameters& parameters) {
     return parameters.*Group.*Member;

@@ -11,7 +11,7 @@ namespace morvane {
 
 namespace {
 
-constexpr std::size_t name_width = 15; // of the longest key, so that the values stand in a column
+constexpr std::size_t name_width = 15; // of the longest key, so that the values form a column
 
 std::string entry(std::string_view name, const std::string& value) {
     std::string line(name);
@@ -19,7 +19,7 @@ std::string entry(std::string_view name, const std::string& value) {
     return line + " = " + value + "\n";
 }
 
-// What a reader would take for the parameters that are left out. The effect's own default is the
+// What a reader would take for the parameters that are omitted. The effect's own default is the
 // program folder's business, so that the effect is always written.
 Parameters defaults_for(const Assignment& assignment) {
     Parameters defaults;

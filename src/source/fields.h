@@ -32,7 +32,7 @@ class FieldArray {
 ///
 /// The bounds are deliberate: the last operand of a line loses its last character, a last operand
 /// of one character is not stored at all, an operand ended by ";" keeps a blank before it, and the
-/// text behind a ";" is taken up as a further operand. Every consumer counts on them.
+/// text after a ";" is taken up as a further operand. Every consumer counts on them.
 ///
 /// Throws SubscriptOutOfRange when the line has more than 40 operands.
 FieldArray split_fields(std::string_view line);

@@ -30,7 +30,7 @@ bool collapsed_begins_with(std::string_view line, std::string_view key) {
     return true;
 }
 
-// Nearly every line is told by its first character.
+// Fast rejection: most lines differ in their first character.
 bool may_begin_with(std::string_view line, std::string_view prefix) {
     const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
     return prefix.empty() || (first < line.size() && line[first] == prefix.front());

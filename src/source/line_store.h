@@ -80,7 +80,7 @@ class LineStore {
     class KeptLines;
     /// Remembers `count` lines from `first` on as they are now. Throws SubscriptOutOfRange.
     KeptLines keep_lines(std::size_t first, std::size_t count) const;
-    /// Exchanges the lines that were kept with what stands in their places now, so that a second
+    /// Exchanges the lines that were kept with what is in their places now, so that a second
     /// call takes the first back. No text is copied. The store must have kept its number of lines.
     void exchange(KeptLines& kept);
 

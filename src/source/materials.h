@@ -14,7 +14,7 @@ namespace morvane {
 /// Every line between the MATERIAL_LIST_BEGIN and MATERIAL_LIST_END lines, whatever it holds.
 std::vector<Material> find_material_list(const LineStore& model);
 
-/// The index of the line after the first VERTEX_LIST_BEGIN line; without one, the index behind the
+/// The index of the line after the first VERTEX_LIST_BEGIN line; without one, the index after the
 /// spare element.
 std::size_t find_vertex_list(const LineStore& model);
 

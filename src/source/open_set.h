@@ -19,7 +19,7 @@ struct Material {
 /// Where a material is selected for drawing.
 struct MaterialBlock {
     std::size_t selecting_line = 0; // index of its MATERIAL line in the model store
-    std::size_t block_end = 0;      // index of the first DRAW_TRI_END line behind that
+    std::size_t block_end = 0;      // index of the first DRAW_TRI_END line after that
     std::size_t further_places = 0; // in how many more blocks it is drawn
 };
 
@@ -70,8 +70,8 @@ struct OpenSet {
     LineStore frame;
     OpenedFile model_file; // as they were on the disk when they were read
     OpenedFile frame_file;
-    std::vector<Material> materials;       // material number n stands at n - 1
-    std::vector<Translation> translations; // row n of the translation table stands at n - 1
+    std::vector<Material> materials;       // material number n is at n - 1
+    std::vector<Translation> translations; // row n of the translation table is at n - 1
     std::size_t vertex_list = 0;           // index of the line after VERTEX_LIST_BEGIN
     std::size_t bgl_end = 1;               // a line of the model before which no BGL_END stands
     Placement placement;

@@ -14,7 +14,7 @@ namespace morvane {
 bool open_source_set(const Services& services, OpenSet& set, const std::string& base);
 
 /// Number of triangles in a marked material's block: the DRAW_TRI lines, one after the other,
-/// behind the line that opens it.
+/// after the line that opens it.
 std::size_t count_triangles(const LineStore& model, const MaterialBlock& block);
 
 } // namespace morvane

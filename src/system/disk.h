@@ -9,7 +9,7 @@
 
 namespace morvane {
 
-/// Where a file stood when it was looked at, to notice that another program changed it.
+/// Identity, size and times of a file. Two that differ mean another program changed it.
 struct FileStamp {
     std::uint64_t size = 0;
     std::int64_t modified_ns = 0; // since the system's epoch
@@ -56,7 +56,7 @@ class WritableFile {
 
     /// Writes at the current position; gives how many bytes were taken, which may be fewer.
     virtual std::size_t write(std::string_view bytes) = 0;
-    /// Cuts the file off behind `size` bytes.
+    /// Cuts the file off after `size` bytes.
     virtual void truncate(std::uint64_t size) = 0;
     /// Brings everything written to the medium.
     virtual void sync() = 0;
@@ -86,16 +86,16 @@ class Disk {
     /// Entries of a folder in byte order of their names, without "." and "..".
     virtual std::vector<FolderEntry> list_folder(const std::string& path) = 0;
 
-    /// Refuses at once what is no regular file (a named pipe, a device).
+    /// Refuses at once what is not a regular file (a named pipe, a device).
     virtual std::unique_ptr<ReadableFile> open_for_reading(const std::string& path) = 0;
     /// Creates an empty file to be renamed over `model` later, with the permissions of `model` when
-    /// that exists. A stray of the same name is replaced; one that another program holds open at
+    /// that exists. A leftover of that name is replaced; one that another program holds open at
     /// this moment is PermissionDenied. May be renamed and removed while it is open.
     virtual std::unique_ptr<WritableFile> create_temporary(const std::string& path,
                                                            const std::string& model) = 0;
     /// Opens at the first byte without shortening the file; creates it when missing.
     virtual std::unique_ptr<WritableFile> open_for_update(const std::string& path) = 0;
-    /// Opens behind the last byte; creates it when missing.
+    /// Opens after the last byte; creates it when missing.
     virtual std::unique_ptr<WritableFile> open_for_appending(const std::string& path) = 0;
 
     /// Puts `from` in the place of `to`, in one step.

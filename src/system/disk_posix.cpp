@@ -119,7 +119,7 @@ class PosixWritableFile final : public WritableFile {
     PosixWritableFile(Descriptor fd, std::string path)
         : fd_(std::move(fd)), path_(std::move(path)) {}
 
-    // Not more than a stretch in one call, so that the medium can begin with it meanwhile.
+    // Only a part in each call, so that write-back can start while the rest is produced.
     std::size_t write(std::string_view bytes) override {
         bytes = bytes.substr(0, stretch);
         ssize_t written = -1;
@@ -195,7 +195,7 @@ std::unique_ptr<WritableFile> open_writable(const std::string& path, int flags) 
     return std::make_unique<PosixWritableFile>(std::move(fd), path);
 }
 
-// The lock tells a stray of a program that died from a file that is being written just now.
+// A leftover of a crashed run is unlocked; a file that another run is writing is locked.
 Descriptor open_locked(const std::string& path) {
     for (;;) {
         Descriptor fd(

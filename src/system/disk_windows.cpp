@@ -59,7 +59,7 @@ ErrorNumber error_number(DWORD code) {
     throw RuntimeError(ErrorNumber::PathFileAccess, path + " is no regular file");
 }
 
-// Names of more than 259 characters are understood only as full names behind this prefix.
+// Names of more than 259 characters are understood only as full names after this prefix.
 std::wstring system_name(const std::string& path) {
     std::wstring name = wide_text(path);
     const DWORD needed = GetFullPathNameW(name.c_str(), 0, nullptr, nullptr);
@@ -239,7 +239,7 @@ std::unique_ptr<WritableFile> open_writable(const std::string& path, DWORD acces
     return std::make_unique<WindowsWritableFile>(std::move(file), path);
 }
 
-// A stray that somebody protected, or that was a copy of a protected file, may still go.
+// A leftover that somebody protected, or that was a copy of a protected file, may still go.
 void clear_read_only(const std::wstring& name) {
     const DWORD attributes = GetFileAttributesW(name.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {

@@ -32,7 +32,7 @@ void remove_quietly(Disk& disk, const std::string& path) {
             disk.remove(path);
         }
     } catch (const RuntimeError&) {
-        // The failure that led here is the one to report; the stray is known by its name.
+        // The failure that led here is the one to report; the leftover is known by its name.
         return;
     }
 }
@@ -144,7 +144,7 @@ void restore_old_content(Disk& disk, Target& target) {
     }
 }
 
-// Says what could not be put back, or nothing.
+// Restores one target. Returns an error text, empty on success.
 std::string put_back(Disk& disk, Target& target) {
     std::string failed;
     try {
@@ -157,7 +157,7 @@ std::string put_back(Disk& disk, Target& target) {
         failed = "; " + target.path + " could not be put back" +
                  (target.existed ? ", its old content is in " + target.kept : "");
         if (target.in_place) {
-            return failed; // it may be a mixture now; by both strays the next run can tell
+            return failed; // it may be a mixture now; by both leftovers the next run can tell
         }
     }
     remove_quietly(disk, target.temporary);

@@ -33,7 +33,7 @@ std::size_t byte_at(std::string_view line, std::size_t index) {
 }
 
 // A line and a caret under one of its characters. Tabs stay tabs in both, so that the caret
-// stands right whatever their width; a long line is cut around the place.
+// is right whatever their width; a long line is cut around the place.
 std::string excerpt(std::string_view line, std::size_t column) {
     std::size_t index = column - 1;
     if (index > widest_excerpt - before_caret) {

@@ -52,7 +52,7 @@ std::vector<std::string_view> document_lines(std::string_view text);
 /// Line and column of a byte of the text.
 Place place_of(std::string_view text, std::size_t offset);
 
-/// The byte at which a place lies. The mark that some editors put in front of UTF-8 text is no
+/// The byte at which a place is. The mark that some editors put in front of UTF-8 text is no
 /// character of the first line.
 std::size_t byte_of(std::string_view text, Place place);
 

@@ -73,7 +73,7 @@ const TomlEntry* find_entry(const std::vector<TomlEntry>& entries, std::string_v
 /// The value of a key as text in Windows-1252, on one line. Otherwise an error is added and
 /// std::nullopt returned; so too with the following.
 std::optional<std::string> text_value(const TomlEntry& entry, DocumentErrors& errors);
-/// A text on one line as it stands in the file (UTF-8): a path or a name that is not written into a
+/// A text on one line as it is in the file (UTF-8): a path or a name that is not written into a
 /// source file.
 std::optional<std::string> utf8_value(const TomlEntry& entry, DocumentErrors& errors);
 std::optional<bool> flag_value(const TomlEntry& entry, DocumentErrors& errors);

@@ -11,7 +11,7 @@ namespace morvane {
 
 namespace {
 
-// Only the first occurrence of the label is tested; when it lies inside a longer word, the line is
+// Only the first occurrence of the label is tested; when it is inside a longer word, the line is
 // left as it is although the label may follow later. True when the suffix was put in.
 bool append_in_line(std::string& line, const std::string& label, std::string_view suffix) {
     const std::size_t begin = line.find(label);
@@ -53,8 +53,8 @@ class LineRewriter {
     const std::string& text() const { return text_; }
 
   private:
-    // A suffix makes new words, which may be labels too: those behind `label` still have their
-    // turn. Gives the place in front of the next of them.
+    // The new word may be another label, so candidates are collected again. Returns the index in
+    // front of the first candidate after `label`.
     std::size_t continue_behind(std::uint32_t label) {
         words_.candidates(text_, candidates_);
         const auto next = std::upper_bound(candidates_.begin(), candidates_.end(), label);

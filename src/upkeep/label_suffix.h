@@ -18,8 +18,8 @@ inline constexpr std::size_t max_labels = 2000;
 /// Throws SubscriptOutOfRange for the 2001st.
 std::vector<std::string> collect_labels(const LineStore& store);
 
-/// Puts the suffix behind the first occurrence of every label in every line, where a blank, comma,
-/// semicolon or the line's end stands on either side of it. The labels are taken one after another,
+/// Puts the suffix after the first occurrence of every label in every line, where a blank, comma,
+/// semicolon or the line's end is on either side of it. The labels are taken one after another,
 /// each on the lines as the earlier ones left them. An empty name occurs nowhere.
 /// Gives the number of labels. Throws SubscriptOutOfRange for the 2001st label; nothing is then
 /// changed.

@@ -10,7 +10,7 @@
 
 namespace morvane {
 
-/// The settings files lie in the program folder, which every operation here takes first. They are
+/// The settings files are in the program folder, which every operation here takes first. They are
 /// plain text, one value a line, without keys. Readers never fail: what is missing or cannot be
 /// read keeps its default, and a note says so where nothing else is said. Writers throw
 /// RuntimeError; the old file is then whole.

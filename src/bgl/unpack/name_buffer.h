@@ -10,7 +10,7 @@ namespace morvane {
 inline constexpr std::size_t name_buffer_size = 250;
 
 /// A file's name as the simulator's library takes it: at most 250 characters, a longer one is cut,
-/// and a NUL behind them.
+/// and a NUL after them.
 inline std::array<char, name_buffer_size + 1> name_buffer(std::string_view name) {
     std::array<char, name_buffer_size + 1> buffer{};
     name = name.substr(0, name_buffer_size);
