@@ -22,15 +22,27 @@ echo "Assembling: $2"
 : >"${2%.asm}.$ending"
 """
 
-# Runs commands as if they were typed one after the other. A command that watches is ended by Ctrl-C.
+# Runs commands as if they were typed one after the other. A command that watches is ended by Ctrl-C
+# once it has built.
 SHELL = r"""
 number=0
+watch() {
+    env --default-signal=INT sh -c "exec $1" >"$2.out" 2>"$2.err" </dev/null &
+    local program=$!
+    for _ in $(seq 600); do
+        ! grep -qE ' steps?:' "$2.out" && kill -0 $program || break
+        sleep 0.1
+    done
+    kill -INT $program
+    wait $program
+}
 run() {
+    local trace=$TRACE/$number
     case $1 in
-        "morvane-cli watch"*) timeout --preserve-status -s INT 2 sh -c "exec $1" ;;
-        *) eval "$1" ;;
-    esac >"$TRACE/$number.out" 2>"$TRACE/$number.err" </dev/null
-    echo $? >"$TRACE/$number.status"
+        "morvane-cli watch"*) watch "$1" "$trace" ;;
+        *) eval "$1" >"$trace.out" 2>"$trace.err" </dev/null ;;
+    esac
+    echo $? >"$trace.status"
     number=$((number + 1))
 }
 """
