@@ -23,6 +23,7 @@ class HistoryTest : public QObject {
 
   private Q_SLOTS:
     void nothingCanBeUndoneAfterOpen();
+    void redoHasTheKeysThatPeopleExpect();
     void processIsUndoneAndRedone();
     void undoOfEverythingSavesNothing();
     void redoneWorkSavesTheSameBytes();
@@ -102,6 +103,19 @@ void HistoryTest::nothingCanBeUndoneAfterOpen() {
     QVERIFY(!action(rig, "actionUndo").isEnabled());
     QVERIFY(!action(rig, "actionRedo").isEnabled());
     QCOMPARE(history(rig), QStringList{QStringLiteral("Open")});
+}
+
+void HistoryTest::redoHasTheKeysThatPeopleExpect() {
+    const QKeySequence with_shift(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    const QKeySequence with_y(Qt::CTRL | Qt::Key_Y);
+    QCOMPARE(MainWindow::redo_keys(true), (QList<QKeySequence>{with_shift, with_y}));
+    QCOMPARE(MainWindow::redo_keys(false), QList<QKeySequence>{with_shift});
+    Rig rig;
+#ifdef Q_OS_WIN
+    QCOMPARE(action(rig, "actionRedo").shortcuts(), MainWindow::redo_keys(true));
+#else
+    QCOMPARE(action(rig, "actionRedo").shortcuts(), MainWindow::redo_keys(false));
+#endif
 }
 
 void HistoryTest::processIsUndoneAndRedone() {

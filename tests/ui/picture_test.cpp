@@ -42,6 +42,8 @@ class PictureTest : public QObject {
     void selectionLightsTheMaterialAndDimsTheRest();
     void hoveredRowIsOutlined();
     void ghostFollowsKindAndParameters();
+    void ghostIsWhatTheDialogShowsUntilItIsCancelled();
+    void ghostIgnoresAColorThatIsHalfTyped();
     void ghostGivesWayToWhatIsMade();
     void refusedTriangleIsRed();
     void boxesSayWhatIsDrawn();
@@ -402,6 +404,7 @@ void PictureTest::ghostFollowsKindAndParameters() {
     QCOMPARE(view.ghost().marks[0].name, std::string("LIGHT_STROBE"));
     QWidget& dialog = rig.parameters();
     choose(dialog, "LightType", QStringLiteral("LIGHT_LANDING"));
+    QVERIFY(view.ghost().marks[0].cone); // before O.K.
     click(dialog, "Command1");
     QVERIFY2(view.ghost().marks.size() == 3, view.ghost().trouble.c_str());
     QCOMPARE(view.ghost().marks[0].name, std::string("LIGHT_LANDING"));
@@ -413,6 +416,41 @@ void PictureTest::ghostFollowsKindAndParameters() {
                 return (id & scene::mark_bit) != 0 && (id & scene::ghost_bit) != 0;
             }) > 0);
     QVERIFY(rig.form->document().set().replacements.empty());
+}
+
+void PictureTest::ghostIsWhatTheDialogShowsUntilItIsCancelled() {
+    Rig rig;
+    open_airport(rig);
+    SceneView& view = scene_view(rig);
+    rig.form->select_row(row_of(rig, 12));
+    QWidget& lights = rig.parameters();
+    choose(lights, "LightType", QStringLiteral("LIGHT_TAXI"));
+    QCOMPARE(view.ghost().marks[0].name, std::string("LIGHT_TAXI"));
+    click(lights, "Command2");
+    QCOMPARE(view.ghost().marks[0].name, std::string("LIGHT_STROBE"));
+
+    choose(*rig.form, "typeOfObj", QStringLiteral("Library New"));
+    QWidget& placer = rig.parameters();
+    type(placer, "libGUID", identifier);
+    QVERIFY(view.ghost().marks[0].guid[2] == 3);
+    click(placer, "Command4");
+    QVERIFY(view.ghost().marks[0].guid[2] != 3);
+    QVERIFY(rig.form->document().document().parameters() == Parameters());
+}
+
+void PictureTest::ghostIgnoresAColorThatIsHalfTyped() {
+    Rig rig;
+    open_airport(rig);
+    SceneView& view = scene_view(rig);
+    rig.form->select_row(row_of(rig, 12));
+    choose(*rig.form, "typeOfObj", QStringLiteral("Windsock"));
+    const std::size_t refused = view.ghost().refused.size();
+    QWidget& windsock = rig.parameters();
+    type(windsock, "ws_mastColor", QStringLiteral("12"));
+    QCOMPARE(view.ghost().refused.size(), refused);
+    type(windsock, "ws_mastColor", QStringLiteral("123456"));
+    QCOMPARE(view.ghost().refused.size(), refused);
+    click(windsock, "Command2");
 }
 
 void PictureTest::ghostGivesWayToWhatIsMade() {

@@ -3,6 +3,7 @@
 
 #include "ui/access_letters.h"
 #include "ui/dialogs/dialogs.h"
+#include "ui/dialogs/edits.h"
 #include "ui/dialogs/ui_effects_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
@@ -34,6 +35,11 @@ EffectsDialog::EffectsDialog(EffectParameters& parameters, const std::vector<std
     connect(&ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
     give_access_letters(*this);
     load();
+    on_edits(*this, [this] {
+        if (const EffectParameters now = shown(); now.fx_params.size() == time_constraints_length) {
+            Q_EMIT edited(now);
+        }
+    });
 }
 
 EffectsDialog::~EffectsDialog() = default;
@@ -46,19 +52,25 @@ void EffectsDialog::load() {
     ui_->terrain_height.setText(code_text(parameters_.fx_Terrain_alt));
 }
 
+EffectParameters EffectsDialog::shown() const {
+    EffectParameters parameters = parameters_;
+    parameters.lstEffectType = code_bytes(ui_->effect.currentText());
+    parameters.fx_params = code_bytes(ui_->time_constraints.text());
+    parameters.fx_OTG = ui_->on_ground.isChecked();
+    parameters.fx_Terrain_alt = code_bytes(ui_->terrain_height.text());
+    return parameters;
+}
+
 void EffectsDialog::accept() {
-    const std::string constraints = code_bytes(ui_->time_constraints.text());
-    if (constraints.size() != time_constraints_length) {
+    const EffectParameters parameters = shown();
+    if (parameters.fx_params.size() != time_constraints_length) {
         dialogs_.show_box(this,
                           tr("The values of the parameters are incorect. Double click in the "
                              "textbox for default values. Do not change the overall length."),
                           Icon::Critical, {});
         return;
     }
-    parameters_.lstEffectType = code_bytes(ui_->effect.currentText());
-    parameters_.fx_params = constraints;
-    parameters_.fx_OTG = ui_->on_ground.isChecked();
-    parameters_.fx_Terrain_alt = code_bytes(ui_->terrain_height.text());
+    parameters_ = parameters;
     QDialog::accept();
 }
 

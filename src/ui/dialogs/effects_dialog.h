@@ -25,9 +25,14 @@ class EffectsDialog : public QDialog {
 
     void accept() override;
 
+  Q_SIGNALS:
+    /// What the controls say has changed, and can be used.
+    void edited(const morvane::EffectParameters& parameters);
+
   private:
     struct Controls;
 
+    EffectParameters shown() const;
     void load();
 
     std::unique_ptr<Controls> ui_;

@@ -2,6 +2,7 @@
 #include "ui/dialogs/library_dialog.h"
 
 #include "ui/access_letters.h"
+#include "ui/dialogs/edits.h"
 #include "ui/dialogs/ui_library_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
@@ -36,6 +37,7 @@ LibraryDialog::LibraryDialog(LibraryParameters& parameters, QWidget* parent)
     connect(&ui_->ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(&ui_->cancel, &QPushButton::clicked, this, &QDialog::reject);
     give_access_letters(*this);
+    on_edits(*this, [this] { Q_EMIT edited(shown()); });
 }
 
 LibraryDialog::~LibraryDialog() = default;
@@ -49,11 +51,17 @@ void LibraryDialog::take_object(const QString& identifier, const QString& scale)
     ui_->scale.setText(scale);
 }
 
+LibraryParameters LibraryDialog::shown() const {
+    LibraryParameters parameters = parameters_;
+    parameters.libGUID = code_bytes(ui_->identifier.text());
+    parameters.libScale = code_bytes(ui_->scale.text());
+    parameters.lib_OTG = ui_->on_ground.isChecked();
+    parameters.lib_Terrain_alt = code_bytes(ui_->terrain_height.text());
+    return parameters;
+}
+
 void LibraryDialog::accept() {
-    parameters_.libGUID = code_bytes(ui_->identifier.text());
-    parameters_.libScale = code_bytes(ui_->scale.text());
-    parameters_.lib_OTG = ui_->on_ground.isChecked();
-    parameters_.lib_Terrain_alt = code_bytes(ui_->terrain_height.text());
+    parameters_ = shown();
     QDialog::accept();
 }
 

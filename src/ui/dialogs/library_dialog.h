@@ -24,11 +24,15 @@ class LibraryDialog : public QDialog {
     void accept() override;
 
   Q_SIGNALS:
+    /// What the controls say has changed.
+    void edited(const morvane::LibraryParameters& parameters);
     void library_tool_wanted();
     void search_results_wanted();
 
   private:
     struct Controls;
+
+    LibraryParameters shown() const;
 
     std::unique_ptr<Controls> ui_;
     LibraryParameters& parameters_;

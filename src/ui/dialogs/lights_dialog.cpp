@@ -2,6 +2,7 @@
 #include "ui/dialogs/lights_dialog.h"
 
 #include "ui/access_letters.h"
+#include "ui/dialogs/edits.h"
 #include "ui/dialogs/ui_lights_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
@@ -53,6 +54,7 @@ LightsDialog::LightsDialog(LightParameters& parameters, QWidget* parent)
     fill_lists();
     load();
     connect_controls();
+    on_edits(*this, [this] { Q_EMIT edited(shown()); });
 }
 
 LightsDialog::~LightsDialog() = default;
@@ -94,15 +96,21 @@ void LightsDialog::connect_controls() {
     give_access_letters(*this);
 }
 
+LightParameters LightsDialog::shown() const {
+    LightParameters parameters = parameters_;
+    parameters.LightType = text_at(light_types, ui_->type.currentIndex());
+    parameters.LightVariable = text_at(flash_variables, ui_->flash_variable.currentIndex());
+    parameters.LightInt = code_bytes(ui_->intensity.text());
+    parameters.LightAttnL = code_bytes(ui_->linear_attenuation.text());
+    parameters.LightAttS = code_bytes(ui_->square_attenuation.text());
+    parameters.FlashMask = code_bytes(ui_->flash_mask.text());
+    parameters.DayFlag = ui_->off_by_day.isChecked();
+    parameters.AircraftFlag = ui_->aircraft.isChecked();
+    return parameters;
+}
+
 void LightsDialog::accept() {
-    parameters_.LightType = text_at(light_types, ui_->type.currentIndex());
-    parameters_.LightVariable = text_at(flash_variables, ui_->flash_variable.currentIndex());
-    parameters_.LightInt = code_bytes(ui_->intensity.text());
-    parameters_.LightAttnL = code_bytes(ui_->linear_attenuation.text());
-    parameters_.LightAttS = code_bytes(ui_->square_attenuation.text());
-    parameters_.FlashMask = code_bytes(ui_->flash_mask.text());
-    parameters_.DayFlag = ui_->off_by_day.isChecked();
-    parameters_.AircraftFlag = ui_->aircraft.isChecked();
+    parameters_ = shown();
     QDialog::accept();
 }
 

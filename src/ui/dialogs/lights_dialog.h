@@ -19,9 +19,14 @@ class LightsDialog : public QDialog {
 
     void accept() override;
 
+  Q_SIGNALS:
+    /// What the controls say has changed.
+    void edited(const morvane::LightParameters& parameters);
+
   private:
     struct Controls;
 
+    LightParameters shown() const;
     void fill_lists();
     void load();
     void connect_controls();

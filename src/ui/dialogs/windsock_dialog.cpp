@@ -3,6 +3,7 @@
 
 #include "ui/access_letters.h"
 #include "ui/dialogs/dialogs.h"
+#include "ui/dialogs/edits.h"
 #include "ui/dialogs/ui_windsock_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/set_up.h"
@@ -31,6 +32,11 @@ WindsockDialog::WindsockDialog(WindsockParameters& parameters, Dialogs& dialogs,
     show_color(ui_->mast_color.text());
     ui_->mast_color.setText(code_text(parameters_.ws_mastColor));
     ui_->lit.setChecked(parameters_.ws_lit);
+    on_edits(*this, [this] {
+        if (const WindsockParameters now = shown(); now.ws_mastColor.size() == mast_color_length) {
+            Q_EMIT edited(now);
+        }
+    });
 }
 
 WindsockDialog::~WindsockDialog() = default;
@@ -47,15 +53,21 @@ void WindsockDialog::show_color(const QString& text) {
     ui_->simulatorText->setText(is_color ? text.toUpper() : tr("not a color: RRGGBB in hex"));
 }
 
+WindsockParameters WindsockDialog::shown() const {
+    WindsockParameters parameters = parameters_;
+    parameters.ws_mastColor = code_bytes(ui_->mast_color.text());
+    parameters.ws_lit = ui_->lit.isChecked();
+    return parameters;
+}
+
 void WindsockDialog::accept() {
-    const std::string color = code_bytes(ui_->mast_color.text());
-    if (color.size() != mast_color_length) {
+    const WindsockParameters parameters = shown();
+    if (parameters.ws_mastColor.size() != mast_color_length) {
         dialogs_.show_box(this, tr("The format of mast color must be in RRGGBB format."),
                           Icon::Critical, {});
         return;
     }
-    parameters_.ws_mastColor = color;
-    parameters_.ws_lit = ui_->lit.isChecked();
+    parameters_ = parameters;
     QDialog::accept();
 }
 

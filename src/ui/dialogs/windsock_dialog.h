@@ -21,9 +21,14 @@ class WindsockDialog : public QDialog {
 
     void accept() override;
 
+  Q_SIGNALS:
+    /// What the controls say has changed, and can be used.
+    void edited(const morvane::WindsockParameters& parameters);
+
   private:
     struct Controls;
 
+    WindsockParameters shown() const;
     void show_color(const QString& text);
 
     std::unique_ptr<Controls> ui_;

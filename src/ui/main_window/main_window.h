@@ -14,6 +14,8 @@
 #include "ui/widgets/command_progress.h"
 #include "ui/window_state.h"
 
+#include <QKeySequence>
+#include <QList>
 #include <QMainWindow>
 
 #include <cstddef>
@@ -58,6 +60,9 @@ class MainWindow : public QMainWindow {
     /// Rows of the translation table that are selected, from 1, ascending.
     std::vector<std::size_t> selected_rows() const;
     void select_row(std::size_t row);
+
+    /// The keys of Redo: Ctrl+Shift+Z everywhere, Ctrl+Y too where people expect it.
+    static QList<QKeySequence> redo_keys(bool on_windows);
 
     /// Puts a view into the middle, between the steps on the left and the panels, which go below
     /// it. The window takes it. To be called before the window is shown.
@@ -158,6 +163,8 @@ class MainWindow : public QMainWindow {
     // main_window_process.cpp
     void show_parameters();
     void show_dialog(QDialog* dialog);
+    template <typename Dialog, typename Edited, typename Part>
+    void preview(Dialog* dialog, Edited edited, Part Parameters::*part);
     void show_library_dialog();
     void process();
     void process_rows(const std::vector<std::size_t>& rows);

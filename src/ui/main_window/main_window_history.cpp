@@ -23,6 +23,15 @@ void add_step(QListWidget& list, const QString& name, bool undone) {
 
 } // namespace
 
+// The first one is shown in the menu.
+QList<QKeySequence> MainWindow::redo_keys(bool on_windows) {
+    QList<QKeySequence> keys{Qt::CTRL | Qt::SHIFT | Qt::Key_Z};
+    if (on_windows) {
+        keys.append(Qt::CTRL | Qt::Key_Y);
+    }
+    return keys;
+}
+
 void MainWindow::prepare_history() {
     history_ = new QListWidget;
     history_->setObjectName(QStringLiteral("historyList"));
@@ -30,7 +39,9 @@ void MainWindow::prepare_history() {
     add_panel(*history_, QStringLiteral("historyDock"), tr("History"));
     ui_->menuEdit->setToolTipsVisible(true);
 #ifdef Q_OS_WIN
-    ui_->actionRedo->setShortcuts({ui_->actionRedo->shortcut(), Qt::CTRL | Qt::Key_Y});
+    ui_->actionRedo->setShortcuts(redo_keys(true));
+#else
+    ui_->actionRedo->setShortcuts(redo_keys(false));
 #endif
     const auto go = [this](const QListWidgetItem* item) {
         if (item == nullptr) {

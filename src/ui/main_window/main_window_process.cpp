@@ -14,10 +14,12 @@
 #include "ui/library_browser/library_browser.h"
 #include "ui/main_window/controls.h"
 #include "ui/main_window/main_window.h"
+#include "ui/main_window/scene_presenter.h"
 #include "ui/qt_text.h"
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace morvane {
 
@@ -30,20 +32,38 @@ void MainWindow::show_parameters() {
             parameters_set_ = true;
             ui_->define_step.set_done(true);
         });
+        preview(dialog, &LightsDialog::edited, &Parameters::lights);
         show_dialog(dialog);
         break;
     }
-    case Kind::Effects:
-        show_dialog(new EffectsDialog(edited_.effects, effects_, desk_.dialogs, this));
+    case Kind::Effects: {
+        auto* dialog = new EffectsDialog(edited_.effects, effects_, desk_.dialogs, this);
+        preview(dialog, &EffectsDialog::edited, &Parameters::effects);
+        show_dialog(dialog);
         break;
-    case Kind::Windsock:
-        show_dialog(new WindsockDialog(edited_.windsock, desk_.dialogs, this));
+    }
+    case Kind::Windsock: {
+        auto* dialog = new WindsockDialog(edited_.windsock, desk_.dialogs, this);
+        preview(dialog, &WindsockDialog::edited, &Parameters::windsock);
+        show_dialog(dialog);
         break;
+    }
     case Kind::Library:
     case Kind::LibraryNew:
         show_library_dialog();
         break;
     }
+}
+
+// While a dialog is open the picture shows what its controls say.
+template <typename Dialog, typename Edited, typename Part>
+void MainWindow::preview(Dialog* dialog, Edited edited, Part Parameters::*part) {
+    connect(dialog, edited, this, [this, part](const Part& shown) {
+        Parameters parameters = document_.document().parameters();
+        parameters.*part = shown;
+        picture_->preview(parameters);
+    });
+    connect(dialog, &QDialog::finished, this, [this] { picture_->preview(std::nullopt); });
 }
 
 // The dialog is modal to this window only, so that the library browser can be used beside it.
@@ -69,6 +89,7 @@ void MainWindow::show_library_dialog() {
     });
     connect(dialog, &LibraryDialog::search_results_wanted, this,
             [this] { run([this] { show_search_results(); }); });
+    preview(dialog, &LibraryDialog::edited, &Parameters::library);
     if (LibraryBrowser* browser = tools_.library_browser()) {
         connect(browser, &LibraryBrowser::identifier_copied, dialog,
                 &LibraryDialog::take_identifier);

@@ -92,9 +92,19 @@ void ScenePresenter::set_libraries(std::vector<std::string> paths) {
     read_objects();
 }
 
+void ScenePresenter::keep_unpacked(const std::string& path,
+                                   std::shared_ptr<const std::string> bytes) {
+    files_.keep_unpacked(path, std::move(bytes)); // followed by the list of libraries found
+}
+
 void ScenePresenter::set_texture_folder(const QString& folder) {
     texture_folder_ = folder;
     change();
+}
+
+void ScenePresenter::preview(std::optional<Parameters> parameters) {
+    previewed_ = std::move(parameters);
+    show_ghost();
 }
 
 // Those that are called and not known yet.
@@ -127,7 +137,8 @@ void ScenePresenter::show_ghost() {
     SceneView& view = panel_.view();
     if (document.set().opened) {
         view.set_ghost(ghost_of(desk_.disk, document.set(), view.scene(), window_.selected_rows(),
-                                window_.kind(), document.document().parameters()));
+                                window_.kind(),
+                                previewed_.value_or(document.document().parameters())));
     }
     read_objects();
     show_words();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "objects/parameters.h"
 #include "scene/object_files.h"
 #include "scene/pointing.h"
 #include "ui/desk.h"
@@ -10,6 +11,8 @@
 #include <QString>
 
 #include <cstddef>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,9 +35,13 @@ class ScenePresenter : public QObject {
 
     /// Files in which library objects were found; calls of those objects are drawn as they look.
     void set_libraries(std::vector<std::string> paths);
+    /// What a compressed library holds.
+    void keep_unpacked(const std::string& path, std::shared_ptr<const std::string> bytes);
     const std::vector<std::string>& libraries() const { return libraries_; }
     void set_texture_folder(const QString& folder);
     const QString& texture_folder() const { return texture_folder_; }
+    /// Makes the ghost by these parameters instead of those chosen, until it is called without.
+    void preview(std::optional<Parameters> parameters);
 
   Q_SIGNALS:
     /// Something in the picture was clicked that is at a line of the model file.
@@ -72,6 +79,7 @@ class ScenePresenter : public QObject {
     scene::ObjectFiles files_;
     std::vector<std::string> libraries_;
     QString texture_folder_;
+    std::optional<Parameters> previewed_;
     QPointer<SceneDetails> details_;
     std::string shown_base_;
     bool outdated_ = true; // the document has changed since the scene was read
