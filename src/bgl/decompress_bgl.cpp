@@ -253,6 +253,9 @@ std::optional<std::string> decompress_bgl(const Services& services,
         hint(services, unpacking, path + " was not unpacked: " + why_not + ".");
         return std::nullopt;
     }
+    if (unpacking.unpacked) {
+        unpacking.unpacked(path, job.unpacked);
+    }
     return job.unpacked;
 }
 

@@ -32,6 +32,9 @@ struct Unpacking {
     /// Asked before each unpacking, and about twenty times a second during it. Return false to
     /// stop; `stopped` is then set.
     std::function<bool()> keep_going{};
+    /// Called with a compressed file and the file that it was unpacked to, which the next one
+    /// replaces.
+    std::function<void(const std::string&, const std::string&)> unpacked{};
 
     // What happened in the command that runs.
     std::set<std::string> hints_given{}; // a search would repeat them for every file

@@ -26,17 +26,22 @@ std::string bytes_at(ReadableFile& file, std::uint64_t offset, std::uint64_t cou
     return bytes;
 }
 
-// The library section's offset; std::nullopt when there is none that can be read.
-std::optional<std::uint64_t> library_start(ReadableFile& file) {
+std::optional<BglHeader> read_header(ReadableFile& file) {
     const std::string bytes = bytes_at(file, 0, header_size);
     if (bytes.size() < header_size) {
         return std::nullopt;
     }
     const BglHeader header = decode_header(bytes);
-    if (!is_valid_bgl(header) || header.FL_library_ptr <= 0 || header.FL_spare2 != 0) {
+    return is_valid_bgl(header) ? std::optional(header) : std::nullopt;
+}
+
+// The library section's offset; std::nullopt when there is none that can be read.
+std::optional<std::uint64_t> library_start(ReadableFile& file) {
+    const auto header = read_header(file);
+    if (!header || header->FL_library_ptr <= 0 || header->FL_spare2 != 0) {
         return std::nullopt;
     }
-    return static_cast<std::uint64_t>(header.FL_library_ptr);
+    return static_cast<std::uint64_t>(header->FL_library_ptr);
 }
 
 std::vector<std::uint64_t> record_offsets(ReadableFile& file, std::uint64_t start) {
@@ -110,6 +115,11 @@ std::vector<ObjectPlace> list_object_places(ReadableFile& file) {
         }
     }
     return result;
+}
+
+bool is_compressed(ReadableFile& file) {
+    const auto header = read_header(file);
+    return header && header->FL_spare2 != 0;
 }
 
 Shape read_shape(ReadableFile& file, const ObjectPlace& place) {

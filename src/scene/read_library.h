@@ -28,6 +28,9 @@ struct ObjectPlace {
 /// not a BGL file at all. Throws RuntimeError when the file cannot be read.
 std::vector<ObjectPlace> list_object_places(ReadableFile& file);
 
+/// Whether it is a BGL file that has to be unpacked before its objects can be read.
+bool is_compressed(ReadableFile& file);
+
 /// Reads and draws the code of one object.
 Shape read_shape(ReadableFile& file, const ObjectPlace& place);
 

@@ -69,6 +69,39 @@ TEST(ObjectFiles, WhatCannotBeReadSaysWhy) {
                 HasSubstr("gone.bgl: "));
 }
 
+std::string compressed_library() {
+    LibrarySpec library;
+    library.header.FL_spare2 = 1;
+    return library_file(library);
+}
+
+TEST(ObjectFiles, ACompressedFileSaysThatItIs) {
+    Libraries libraries;
+    const std::string packed = libraries.folder.write("packed.bgl", compressed_library());
+    EXPECT_THAT(libraries.files.read(packed, one).trouble, HasSubstr("packed.bgl is compressed"));
+}
+
+TEST(ObjectFiles, WhatACompressedFileHoldsIsRead) {
+    Libraries libraries;
+    const std::string packed = libraries.folder.write("packed.bgl", compressed_library());
+    EXPECT_THAT(libraries.files.read(packed, one).faces, IsEmpty());
+    libraries.files.keep_unpacked(packed, std::make_shared<const std::string>(library_of(one, 7)));
+    EXPECT_EQ(libraries.files.read(packed, one).box.high.y, 7);
+    libraries.files.forget();
+    Catalogue catalogue;
+    libraries.files.add_called(catalogue, libraries.calls({one}), {packed});
+    ASSERT_THAT(catalogue, SizeIs(1));
+    EXPECT_EQ(catalogue.at(one).box.high.y, 7);
+}
+
+TEST(ObjectFiles, AFileThatIsNoLongerCompressedIsReadItself) {
+    Libraries libraries;
+    const std::string packed = libraries.folder.write("packed.bgl", compressed_library());
+    libraries.files.keep_unpacked(packed, std::make_shared<const std::string>(library_of(one, 7)));
+    libraries.folder.write("packed.bgl", library_of(one, 4));
+    EXPECT_EQ(libraries.files.read(packed, one).box.high.y, 4);
+}
+
 TEST(ObjectFiles, OnlyCalledObjectsAreAddedFromTheFirstFileThatHasThem) {
     Libraries libraries;
     const std::string other = libraries.folder.write("other.bgl", library_of(one, 9));

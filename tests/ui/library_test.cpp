@@ -10,6 +10,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QTabWidget>
@@ -179,6 +180,11 @@ void LibraryTest::compressedFilesAreUnpackedAsInstalled() {
     click(browser, "Command1");
     QCOMPARE(objects(browser).rowCount(), 1);
     QVERIFY(report(browser).contains(QStringLiteral(" 1.0 0 100 Inside")));
+    // The shelf reads what was unpacked: code that nobody knows, up to its first command.
+    control<QTabWidget>(browser, "tabs").setCurrentIndex(2);
+    QTRY_VERIFY2(
+        control<QLabel>(browser, "shelfAbout").text().contains(QStringLiteral("at offset 0")),
+        qPrintable(control<QLabel>(browser, "shelfAbout").text()));
     click(browser, "Command3");
     QCOMPARE(objects(browser).rowCount(), 1);
     QVERIFY(report(browser).contains(QStringLiteral("Compressed lib BGL...: 1")));

@@ -76,6 +76,10 @@ void LibraryBrowser::prepare_objects() {
     ui_->objectTable->installEventFilter(this);
     shelf_ = new Shelf(objects_, desk_.disk, this);
     ui_->tabs->addTab(shelf_, tr("Shelf"));
+    inspector_.unpacking.unpacked = [this](const std::string& path, const std::string& unpacked) {
+        keep_unpacked(path, unpacked);
+    };
+    connect(this, &LibraryBrowser::library_unpacked, shelf_, &Shelf::keep_unpacked);
     connect(shelf_, &Shelf::object_chosen, this, &LibraryBrowser::object_chosen);
     connect(ui_->objectFilter, &QLineEdit::textChanged, &shown_objects_, &ObjectFilter::set_text);
     connect(ui_->objectTable, &QTableView::doubleClicked, this, &LibraryBrowser::copy_identifier);

@@ -36,6 +36,8 @@ class LibraryBrowser : public ToolForm {
     void object_chosen(const QString& identifier, const QString& scale);
     /// Files in which objects were found.
     void libraries_found(const QStringList& paths);
+    /// A compressed library was unpacked; this is what it holds.
+    void library_unpacked(const std::string& path, std::shared_ptr<const std::string> bytes);
 
   protected:
     void activated() override;
@@ -79,6 +81,7 @@ class LibraryBrowser : public ToolForm {
                                     const std::string& program_folder));
     void show_report();
     void show_objects(const QStringList& files);
+    void keep_unpacked(const std::string& path, const std::string& unpacked);
     void begin_search();
     void end_search();
     bool show_progress(std::string_view what, std::size_t done, std::size_t total);

@@ -6,6 +6,7 @@
 #include "base/reporter.h"
 #include "bgl/search.h"
 #include "bgl/universal.h"
+#include "system/file_bytes.h"
 #include "ui/hourglass.h"
 #include "ui/library_browser/controls.h"
 #include "ui/library_browser/library_browser.h"
@@ -154,6 +155,17 @@ void LibraryBrowser::show_objects(const QStringList& files) {
     }
     for (int column = 0; column < ObjectModel::File; ++column) {
         ui_->objectTable->resizeColumnToContents(column);
+    }
+}
+
+// The next file is unpacked to the same place. One that cannot be read back is listed as it is, but
+// its objects are not drawn.
+void LibraryBrowser::keep_unpacked(const std::string& path, const std::string& unpacked) {
+    try {
+        const FileBytes bytes = read_bytes(desk_.disk, unpacked);
+        Q_EMIT library_unpacked(path, std::make_shared<const std::string>(bytes.view()));
+    } catch (const RuntimeError&) {
+        return;
     }
 }
 

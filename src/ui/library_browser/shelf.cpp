@@ -37,6 +37,7 @@ Shelf::Shelf(ObjectModel& objects, Disk& disk, QWidget* parent)
     splitter_->addWidget(make_side());
     splitter_->setStretchFactor(0, 3);
     splitter_->setStretchFactor(1, 2);
+    splitter_->setSizes({360, 180});
     splitter_->setChildrenCollapsible(false);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
@@ -113,11 +114,8 @@ QWidget* Shelf::make_side() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(large_, 1);
     layout->addWidget(about_);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(turning_);
-    buttons->addStretch(1);
-    buttons->addWidget(use_);
-    layout->addLayout(buttons);
+    layout->addWidget(turning_); // one below the other: the list has more need of the width
+    layout->addWidget(use_);
     return side;
 }
 

@@ -6,6 +6,10 @@
 
 #include <QWidget>
 
+#include <memory>
+#include <string>
+#include <utility>
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -29,6 +33,10 @@ class Shelf : public QWidget {
 
     /// The files may have changed.
     void forget() { pictures_.forget(); }
+    /// What a compressed file holds.
+    void keep_unpacked(const std::string& path, std::shared_ptr<const std::string> bytes) {
+        pictures_.keep_unpacked(path, std::move(bytes));
+    }
     QSplitter& splitter() { return *splitter_; }
     const ShelfPictures& pictures() const { return pictures_; }
 

@@ -36,7 +36,9 @@ QSize ShelfDelegate::sizeHint(const QStyleOptionViewItem& option,
 void ShelfDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
     const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+    QStyleOptionViewItem panel = option;
+    panel.showDecorationSelected = true; // otherwise a list of icons shows no selection
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &panel, painter, option.widget);
     const QRect inside = option.rect.adjusted(item_margin, item_margin, -item_margin, -item_margin);
     const QRect picture(inside.topLeft(), picture_size);
     const auto* thumbnail =

@@ -11,6 +11,11 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace morvane {
 
 /// Pictures of library objects, made while nothing else is to be done.
@@ -35,6 +40,10 @@ class ShelfPictures : public QObject {
     void set_look(const QSize& size, qreal scale, bool dark);
     /// The files may have changed.
     void forget();
+    /// What a compressed file holds.
+    void keep_unpacked(const std::string& path, std::shared_ptr<const std::string> bytes) {
+        files_.keep_unpacked(path, std::move(bytes));
+    }
     /// How many pictures have been made so far.
     int made_count() const { return made_count_; }
 

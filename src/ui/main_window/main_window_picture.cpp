@@ -65,6 +65,7 @@ void MainWindow::keep_picture() {
 
 void MainWindow::connect_browser(LibraryBrowser& browser) {
     connect(&browser, &LibraryBrowser::object_chosen, this, &MainWindow::place_object);
+    connect(&browser, &LibraryBrowser::library_unpacked, picture_, &ScenePresenter::keep_unpacked);
     connect(&browser, &LibraryBrowser::libraries_found, this, &MainWindow::add_libraries);
 }
 
