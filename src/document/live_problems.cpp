@@ -30,6 +30,7 @@ std::vector<Problem> problems_of(Disk& disk, const Document& document,
     request.allowed = document.allowed();
     request.effects = knowledge.effects;
     request.objects = knowledge.objects;
+    request.progress = knowledge.progress;
     request.saved_lines = set.saved;
     request.opened_frame = set.saved ? nullptr : &document.opened_frame();
     for (const StepMaterial* material : document.processed_materials()) {

@@ -5,6 +5,8 @@
 #include "problems/find_problems.h"
 #include "system/disk.h"
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,8 @@ namespace morvane {
 struct CheckKnowledge {
     std::vector<std::string> effects{}; // the effect list; empty: effects are not looked up
     std::vector<KnownObject> objects{}; // of libraries; empty: identifiers are not looked up
+    // Called now and then during the check with how many of its parts are done, and of how many.
+    std::function<void(std::size_t, std::size_t)> progress{};
 };
 
 /// The problems of a document as it is now, worst first, without those that are switched off. Lines

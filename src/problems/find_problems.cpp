@@ -158,15 +158,37 @@ void check_planned(const ProblemRequest& request, Problems& problems) {
     }
 }
 
+// Says how far the check is, each time that another part of it begins.
+class Parts {
+  public:
+    explicit Parts(const ProblemRequest& request) : request_(request) {}
+    void next() {
+        if (request_.progress) {
+            request_.progress(std::min(done_, count), count);
+        }
+        ++done_;
+    }
+
+  private:
+    static constexpr std::size_t count = 6;
+    const ProblemRequest& request_;
+    std::size_t done_ = 0;
+};
+
 // Everything about the source as the assembler will read it.
 Problems source_problems(Disk& disk, const OpenSet& set, const ProblemRequest& request,
-                         const MergedModel& merged) {
+                         const MergedModel& merged, Parts& parts) {
+    parts.next();
     const FlatSource source = flatten_set(disk, set, output_of(request), merged);
+    parts.next();
     Problems problems = find_assembly_problems(source);
+    parts.next();
     check_lines(source, problems);
+    parts.next();
     check_renaming(source, problems);
     check_flow(source, problems);
     check_textures(disk, source, problems);
+    parts.next();
     remove_checked_elsewhere(request, merged, problems);
     place_in_model(request, merged, problems);
     return problems;
@@ -203,10 +225,12 @@ std::vector<Problem> find_problems(Disk& disk, const ProblemRequest& request) {
     const OpenSet processed = work_left ? processed_set(disk, request, problems) : OpenSet();
     const OpenSet& set = work_left ? processed : request.set;
     const MergedModel merged = merge_model(set);
-    for (const Problems& found :
-         {source_problems(disk, set, request, merged), set_problems(disk, set, request, merged)}) {
+    Parts parts(request);
+    for (const Problems& found : {source_problems(disk, set, request, merged, parts),
+                                  set_problems(disk, set, request, merged)}) {
         problems.insert(problems.end(), found.begin(), found.end());
     }
+    parts.next();
     place_in_opened_frame(request, problems);
     remove_allowed(request.allowed, problems);
     remove_repeated(problems);

@@ -7,6 +7,8 @@
 #include "system/disk.h"
 #include "system/services.h"
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,6 +29,8 @@ struct ProblemRequest {
     // What is named as it will be after a save; otherwise lines of the model file are those that
     // are there now, and generated code belongs to the line that it goes before.
     bool saved_lines = false;
+    // Called between the parts of the work with how many of them are done, and of how many.
+    std::function<void(std::size_t, std::size_t)> progress{};
 };
 
 /// A set as it is to be checked, whether Open takes it or not.

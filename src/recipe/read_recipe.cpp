@@ -64,7 +64,8 @@ class RecipeReader {
             std::transform(all_kinds.begin(), all_kinds.end(), recipe_.bases.begin(),
                            [&](Kind kind) { return base_of(kind, defaults); });
         }
-        if (outermost && recipe_.assignments.empty() && errors_.empty()) {
+        // A file may be there only to say which problems are accepted.
+        if (outermost && recipe_.assignments.empty() && recipe_.allow.empty() && errors_.empty()) {
             DocumentErrors errors(path, file.text);
             errors.add({}, "there is no [[assign]] in this file");
             keep(errors);

@@ -251,6 +251,14 @@ TEST(ReadRecipe, RefusesAnythingOutsideOfAssignments) {
                 ElementsAre(HasSubstr("there is no [[assign]] in this file")));
 }
 
+TEST(ReadRecipe, TakesAFileThatOnlyAcceptsProblems) {
+    const RecipeReading reading = read_recipe_text("allow = [\"skip-label\"]\n");
+    EXPECT_THAT(reading.errors, IsEmpty());
+    ASSERT_TRUE(reading.recipe);
+    EXPECT_THAT(reading.recipe->allow, ElementsAre("skip-label"));
+    EXPECT_THAT(reading.recipe->assignments, IsEmpty());
+}
+
 TEST(ReadRecipe, TellsAllErrorsInTheOrderOfTheLines) {
     const RecipeReading reading = read_recipe_text("[[assign]]\n"
                                                    "kind = \"Windsock\"\n"

@@ -3,14 +3,17 @@
 // The list of problems, the source side by side, and the code of a material.
 
 #include "ui/dialogs/source_window.h"
+#include "ui/hourglass.h"
 #include "ui/main_window/code_panel.h"
 #include "ui/main_window/problem_panel.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
 #include "ui/widgets/line_view.h"
+#include "ui/widgets/quiet_timer.h"
 
 #include <QClipboard>
 #include <QDockWidget>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
 #include <QScrollBar>
@@ -34,6 +37,9 @@ class ViewsTest : public QObject {
     void f8GoesThroughTheProblems();
     void allowedCodeGoesAndComesBack();
     void allowedCodesAreSavedWithTheRecipe();
+    void allowedCodesAreARecipeOfTheirOwn();
+    void longChecksWaitUntilNobodyTypes();
+    void checksWaitForTheEndOfACommand();
     void problemIsCopied();
     void problemOfTheFrameFileOpensIt();
     void sourceShowsBothFilesSideBySide();
@@ -313,6 +319,57 @@ void ViewsTest::allowedCodesAreSavedWithTheRecipe() {
     trigger(*rig.form, "actionSaveRecipe");
     QVERIFY(read_file(file.toStdString()).find("\"light-variable\"") != std::string::npos);
     QVERIFY(goes(rig, "light-variable"));
+}
+
+void ViewsTest::allowedCodesAreARecipeOfTheirOwn() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    rig.open(base);
+    QVERIFY(comes(rig, "unprocessed-material"));
+    rig.form->document().document().set_allowed({"unprocessed-material"});
+    const QString file = QString::fromStdString(rig.folder.file("kept.toml"));
+    rig.dialogs.files = {file};
+    trigger(*rig.form, "actionSaveRecipe");
+    QVERIFY(rig.dialogs.boxes.empty());
+    QVERIFY(read_file(file.toStdString()).find("[\"unprocessed-material\"]") != std::string::npos);
+    rig.open(base);
+    QVERIFY(comes(rig, "unprocessed-material"));
+    rig.dialogs.files = {file};
+    trigger(*rig.form, "actionApplyRecipe");
+    QVERIFY(rig.dialogs.boxes.empty());
+    QVERIFY(goes(rig, "unprocessed-material"));
+}
+
+void ViewsTest::longChecksWaitUntilNobodyTypes() {
+    Rig rig;
+    QuietTimer quiet;
+    int came = 0;
+    connect(&quiet, &QuietTimer::came, this, [&] { ++came; });
+    quiet.expect(1000);
+    quiet.start();
+    QElapsedTimer watch;
+    watch.start();
+    auto& field = control<QLineEdit>(*rig.form, "InputFile");
+    while (watch.elapsed() < 2500) {
+        QTest::keyClick(&field, Qt::Key_X);
+        QTest::qWait(20);
+    }
+    QCOMPARE(came, 0);
+    QTRY_COMPARE(came, 1);
+    QVERIFY(!quiet.is_waiting());
+}
+
+void ViewsTest::checksWaitForTheEndOfACommand() {
+    QuietTimer quiet;
+    int came = 0;
+    connect(&quiet, &QuietTimer::came, this, [&] { ++came; });
+    quiet.start();
+    {
+        const Hourglass hourglass;
+        QTest::qWait(300);
+        QCOMPARE(came, 0);
+    }
+    QTRY_COMPARE(came, 1);
 }
 
 void ViewsTest::problemIsCopied() {

@@ -6,6 +6,7 @@
 #include "problems/searched_libraries.h"
 #include "source/source_set.h"
 #include "ui/dialogs/source_window.h"
+#include "ui/hourglass.h"
 #include "ui/main_window/code_panel.h"
 #include "ui/main_window/main_window.h"
 #include "ui/main_window/problem_panel.h"
@@ -15,17 +16,18 @@
 
 #include <QDockWidget>
 #include <QElapsedTimer>
-#include <QGuiApplication>
 #include <QMenu>
+#include <QTabBar>
 
 #include <algorithm>
+#include <optional>
 
 namespace morvane {
 
 namespace {
 
-constexpr int shortest_wait_ms = 50; // after a change, for the next may follow at once
-constexpr int longest_wait_ms = 2000;
+constexpr qint64 enough_lines = 10000; // to measure how long a line takes
+constexpr int silent_ms = 500;         // a check that takes longer says how far it is
 
 QString what_is_shown(const MaterialCode& code, std::size_t row, Kind kind) {
     if (row == 0) {
@@ -49,9 +51,7 @@ DocumentViews::DocumentViews(MainWindow& window, Desk& desk, ToolWindows& tools,
       problems_(new ProblemPanel), code_(new CodePanel) {
     problem_dock_ = &window.add_panel(*problems_, QStringLiteral("problemDock"), tr("Problems"));
     code_dock_ = &window.add_panel(*code_, QStringLiteral("codeDock"), tr("Code"));
-    wait_.setSingleShot(true);
-    wait_.setInterval(shortest_wait_ms);
-    connect(&wait_, &QTimer::timeout, this, &DocumentViews::check);
+    connect(&wait_, &QuietTimer::came, this, &DocumentViews::check);
     connect(problems_, &ProblemPanel::chosen, this, &DocumentViews::show_problem);
     connect(problems_, &ProblemPanel::stepped_to, this, &DocumentViews::follow_problem);
     connect(problems_, &ProblemPanel::switch_wanted, this, &DocumentViews::switch_code);
@@ -94,24 +94,39 @@ void DocumentViews::connect_document() {
 }
 
 void DocumentViews::check_soon() {
-    if (!wait_.isActive()) {
-        wait_.start();
-    }
+    wait_.expect(expected_ms());
+    wait_.start();
 }
 
-// A set that takes long to check is checked less often.
-void DocumentViews::check() {
-    if (QGuiApplication::overrideCursor() != nullptr) { // a command is at work on the document
-        check_soon();
-        return;
+int DocumentViews::expected_ms() const {
+    const auto lines = static_cast<qint64>(document_.set().model.count());
+    return static_cast<int>(std::min<qint64>(lines * line_ns_ / 1000000, 60'000));
+}
+
+// In the tab's title, which is painted at once: no event may change the document meanwhile.
+void DocumentViews::show_progress(std::size_t done, std::size_t total) {
+    problem_dock_->setWindowTitle(tr("Problems (checking, %1 %)").arg(100 * done / total));
+    for (QWidget* bar : window_.findChildren<QTabBar*>()) {
+        bar->repaint();
     }
+    problem_dock_->repaint();
+}
+
+void DocumentViews::check() {
+    std::optional<Hourglass> hourglass;
     QElapsedTimer watch;
     watch.start();
     std::vector<Problem> problems;
     try {
         const Services services{desk_.disk, silent_};
-        const CheckKnowledge knowledge{effect_names(services, desk_.program_folder),
-                                       searched_objects(desk_.disk, desk_.program_folder)};
+        CheckKnowledge knowledge{effect_names(services, desk_.program_folder),
+                                 searched_objects(desk_.disk, desk_.program_folder)};
+        if (expected_ms() > silent_ms) {
+            hourglass.emplace();
+            knowledge.progress = [this](std::size_t done, std::size_t total) {
+                show_progress(done, total);
+            };
+        }
         problems = problems_of(desk_.disk, document_.document(), knowledge);
     } catch (const RuntimeError& error) {
         problems = {{"not-checked", Severity::Warning,
@@ -119,8 +134,10 @@ void DocumentViews::check() {
     }
     problems_->show_problems(std::move(problems), document_.document().allowed());
     problem_dock_->setWindowTitle(problems_->title());
-    wait_.setInterval(
-        std::clamp(2 * static_cast<int>(watch.elapsed()), shortest_wait_ms, longest_wait_ms));
+    if (const auto lines = static_cast<qint64>(document_.set().model.count());
+        lines >= enough_lines) {
+        line_ns_ = watch.nsecsElapsed() / lines;
+    }
 }
 
 void DocumentViews::show_source(std::size_t row) {

@@ -4,9 +4,9 @@
 #include "problems/problem.h"
 #include "problems/quiet_reporter.h"
 #include "ui/desk.h"
+#include "ui/widgets/quiet_timer.h"
 
 #include <QObject>
-#include <QTimer>
 
 #include <cstddef>
 #include <string>
@@ -38,6 +38,8 @@ class DocumentViews : public QObject {
     void add_commands(QMenu& edit_menu);
     void connect_document();
     void check_soon();
+    int expected_ms() const;
+    void show_progress(std::size_t done, std::size_t total);
     void check();
     void show_problem(const Problem& problem);
     void select_material_of(const Problem& problem);
@@ -54,7 +56,8 @@ class DocumentViews : public QObject {
     CodePanel* code_;
     QDockWidget* code_dock_ = nullptr;
     bool code_seen_ = false; // its tab is in front
-    QTimer wait_;
+    QuietTimer wait_;
+    qint64 line_ns_ = 1000; // what a line of the set has taken in the last check
     QuietReporter silent_;
 };
 

@@ -57,7 +57,7 @@ void MainWindow::apply_recipe_file(const QString& path) {
 
 void MainWindow::save_recipe_file() {
     const Recipe recipe = document_.document().recipe();
-    if (recipe.assignments.empty()) {
+    if (recipe.assignments.empty() && recipe.allow.empty()) {
         desk_.dialogs.show_box(this,
                                tr("Process a material first: a recipe says what was made of each."),
                                Icon::Exclamation, {});
