@@ -4,21 +4,32 @@
 #include "base/paths.h"
 #include "project/project_compiler.h"
 #include "project/surroundings.h"
+#include "scene/site_plan.h"
 #include "system/disk.h"
 #include "ui/hourglass.h"
+#include "ui/project_window/project_pictures.h"
+#include "ui/project_window/project_plan.h"
 #include "ui/qt_text.h"
+#include "ui/scene_view/view_habits.h"
+#include "ui/window_state.h"
 #include "upkeep/settings.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
+#include <QPixmap>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 #include <thread>
+#include <utility>
 
 namespace morvane {
 
@@ -51,6 +62,9 @@ Widget* named(Widget* widget, const char* name) {
 ProjectWindow::ProjectWindow(Desk& desk, WindowState& state)
     : ToolForm(desk, state), file_(named(new QLabel(this), "projectFile")),
       steps_(named(new QTreeWidget(this), "projectSteps")),
+      pictures_(new ProjectPictures(desk.disk, this)), plan_(new ProjectPlan(this)),
+      troubles_(named(new QLabel(this), "projectTroubles")),
+      splitter_(named(new QSplitter(this), "projectSplitter")),
       errors_(named(new QLabel(this), "projectErrors")),
       build_(named(new QPushButton(tr("Build"), this), "buildSteps")),
       build_all_(named(new QPushButton(tr("Build All"), this), "buildAll")),
@@ -66,6 +80,12 @@ ProjectWindow::ProjectWindow(Desk& desk, WindowState& state)
             Q_EMIT export_chosen(base);
         }
     });
+    connect(steps_, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
+        plan_->select(item == nullptr ? std::string() : path_bytes(item->text(0)));
+    });
+    connect(plan_, &ProjectPlan::site_chosen, this, &ProjectWindow::select_step);
+    connect(pictures_, &ProjectPictures::read_one, this, &ProjectWindow::show_thumbnails);
+    connect(pictures_, &ProjectPictures::read_all, this, &ProjectWindow::show_plan);
     timer_->setInterval(project_look_every_ms);
     connect(timer_, &QTimer::timeout, this, [this] {
         if (!reporter_.is_running()) {
@@ -82,6 +102,21 @@ void ProjectWindow::add_controls() {
     steps_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     steps_->setHeaderLabels({tr("Name"), tr("Kind"), tr("State"), tr("Marked"), tr("Done"),
                              tr("Problems"), tr("Last result")});
+    steps_->setIconSize(ProjectPictures::thumbnail_size);
+    troubles_->setWordWrap(true);
+    troubles_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* side = new QWidget(this);
+    auto* side_layout = new QVBoxLayout(side);
+    side_layout->setContentsMargins(0, 0, 0, 0);
+    side_layout->addWidget(plan_, 1);
+    side_layout->addWidget(troubles_);
+    splitter_->setChildrenCollapsible(false);
+    splitter_->addWidget(steps_);
+    splitter_->addWidget(side);
+    splitter_->setStretchFactor(0, 3);
+    splitter_->setStretchFactor(1, 2);
+    splitter_->setSizes({620, 330});
+    state_.restore(*splitter_);
     errors_->setWordWrap(true);
     errors_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     file_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -92,11 +127,11 @@ void ProjectWindow::add_controls() {
     buttons->addWidget(watch_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(file_);
-    layout->addWidget(steps_, 1);
+    layout->addWidget(splitter_, 1);
     layout->addWidget(errors_);
     layout->addLayout(buttons);
     show_reports_below();
-    resize(720, 420);
+    resize(960, 480);
 }
 
 void ProjectWindow::open_project(const std::string& file) {
@@ -116,7 +151,15 @@ void ProjectWindow::activated() {
 
 bool ProjectWindow::may_close() {
     watch_->setChecked(false);
+    state_.keep(*splitter_);
     return true;
+}
+
+void ProjectWindow::changeEvent(QEvent* event) {
+    ToolForm::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        show_thumbnails();
+    }
 }
 
 void ProjectWindow::refresh() {
@@ -136,6 +179,8 @@ void ProjectWindow::show_table() {
         steps_->addTopLevelItem(item);
         item->setSelected(selected.contains(item->text(0)));
     }
+    show_thumbnails();
+    pictures_->look_at(table_->rows());
     for (int column = 0; column + 1 < steps_->columnCount(); ++column) {
         steps_->resizeColumnToContents(column);
     }
@@ -145,6 +190,58 @@ void ProjectWindow::show_table() {
     }
     errors_->setText(errors.join(QLatin1Char('\n')));
     errors_->setVisible(!errors.isEmpty());
+}
+
+void ProjectWindow::show_thumbnail(QTreeWidgetItem& item) {
+    const double scale = devicePixelRatioF();
+    QImage picture = pictures_->thumbnail(
+        path_bytes(item.data(0, base_role).toString()),
+        (QSizeF(ProjectPictures::thumbnail_size) * scale).toSize(),
+        std::max(1, static_cast<int>(std::lround(scale))), wants_dark_picture(palette()));
+    if (picture.isNull()) { // room for the one to come
+        picture = QImage(ProjectPictures::thumbnail_size, QImage::Format_ARGB32);
+        picture.fill(Qt::transparent);
+    } else {
+        picture.setDevicePixelRatio(scale);
+    }
+    QIcon icon;
+    for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Selected}) {
+        icon.addPixmap(QPixmap::fromImage(picture), mode);
+    }
+    item.setIcon(0, icon);
+}
+
+void ProjectWindow::show_thumbnails() {
+    for (int i = 0; i < steps_->topLevelItemCount(); ++i) {
+        show_thumbnail(*steps_->topLevelItem(i));
+    }
+}
+
+void ProjectWindow::show_plan() {
+    scene::SitePlan plan;
+    QStringList troubles;
+    for (const ProjectRow& row : table_->rows()) {
+        const scene::Scene* scene = row.kind == "set" ? pictures_->scene(row.base) : nullptr;
+        if (scene != nullptr && !plan.add(row.name, *scene)) {
+            troubles.append(tr("%1 has no reference place.").arg(shown_text(row.name)));
+        }
+    }
+    plan.look_for_troubles();
+    for (const scene::SitePlan::Site& site : plan.sites()) {
+        if (!site.trouble.empty()) {
+            troubles.append(tr("%1 is %2.").arg(shown_text(site.name), shown_text(site.trouble)));
+        }
+    }
+    troubles_->setText(troubles.join(QLatin1Char('\n')));
+    troubles_->setVisible(!troubles.isEmpty());
+    plan_->show_plan(std::move(plan));
+}
+
+void ProjectWindow::select_step(const QString& name) {
+    const auto found = steps_->findItems(name, Qt::MatchExactly, 0);
+    if (!found.isEmpty()) {
+        steps_->setCurrentItem(found.front());
+    }
 }
 
 void ProjectWindow::build_selected() {

@@ -14,9 +14,14 @@ class QCheckBox;
 class QLabel;
 class QPushButton;
 class QTimer;
+class QSplitter;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace morvane {
+
+class ProjectPictures;
+class ProjectPlan;
 
 /// A project: what its steps are like, and the commands that make them.
 class ProjectWindow : public ToolForm {
@@ -34,12 +39,17 @@ class ProjectWindow : public ToolForm {
 
   protected:
     void activated() override;
+    void changeEvent(QEvent* event) override;
     bool may_close() override;
 
   private:
     void add_controls();
     void refresh();
     void show_table();
+    void show_thumbnail(QTreeWidgetItem& item);
+    void show_thumbnails();
+    void show_plan();
+    void select_step(const QString& name);
     void build_selected();
     void build_all();
     void build(const std::vector<std::string>& names);
@@ -50,6 +60,10 @@ class ProjectWindow : public ToolForm {
 
     QLabel* file_;
     QTreeWidget* steps_;
+    ProjectPictures* pictures_;
+    ProjectPlan* plan_;
+    QLabel* troubles_;
+    QSplitter* splitter_;
     QLabel* errors_;
     QPushButton* build_;
     QPushButton* build_all_;
