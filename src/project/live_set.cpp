@@ -20,7 +20,10 @@ void LiveSet::follow(Clock::time_point now) {
     idle_.clear();
     stale_.clear();
     asks_ = false;
-    settle();
+    // Whoever begins to watch in the middle of work is asked about it all the same.
+    if (!document_.has_unsaved_work()) {
+        settle();
+    }
 }
 
 void LiveSet::settle() {

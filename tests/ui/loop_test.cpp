@@ -3,6 +3,7 @@
 // Export, look, change: new exports read by themselves, the compiler's pane, and projects.
 
 #include "support/source_folder.h"
+#include "ui/project_window/project_plan.h"
 #include "ui/project_window/project_window.h"
 #include "ui/registry.h"
 #include "ui/rig.h"
@@ -25,6 +26,7 @@ class LoopTest : public QObject {
     void checkBoxesAreOffAndKept();
     void anExportIsReadByItselfAndTheSelectionStays();
     void unsavedWorkIsAskedAboutInABar();
+    void workFromBeforeTheWatchIsAskedAboutToo();
     void keptWorkStays();
     void anIncompleteExportLeavesTheOldOne();
     void whatTheWindowSavesIsNoExport();
@@ -34,6 +36,7 @@ class LoopTest : public QObject {
     void labelsAreMadeUnique();
     void aSavedRecipeKeepsItsComments();
     void aProjectIsShownAndBuilt();
+    void aProjectIsSeenFromAbove();
 };
 
 namespace {
@@ -133,6 +136,18 @@ void LoopTest::unsavedWorkIsAskedAboutInABar() {
     QCOMPARE(text_of(*rig.form, "Text2"), QStringLiteral("12"));
     QCOMPARE(rig.form->windowTitle(), QStringLiteral("Morvane - airport *"));
     QVERIFY(rig.dialogs.boxes.empty() && rig.dialogs.questions.empty());
+}
+
+void LoopTest::workFromBeforeTheWatchIsAskedAboutToo() {
+    Rig rig;
+    const QString base = rig.copy_example("airport");
+    rig.open(base);
+    process_row(rig, 1);
+    trigger(*rig.form, "actionWatchExport");
+    const std::size_t before = lines_of(rig);
+    export_again(base);
+    QTRY_VERIFY_WITH_TIMEOUT(bar(rig).isVisible(), patience_ms);
+    QCOMPARE(lines_of(rig), before);
 }
 
 void LoopTest::keptWorkStays() {
@@ -270,8 +285,10 @@ void LoopTest::aSavedRecipeKeepsItsComments() {
     QCOMPARE(read_file(file), std::string("not = [a recipe\n"));
 }
 
-void LoopTest::aProjectIsShownAndBuilt() {
-    Rig rig;
+namespace {
+
+// The example project in a window.
+QWidget& open_project(Rig& rig) {
     for (const char* name : {"project", "aircraft-flex", "library"}) {
         std::filesystem::copy(source_folder() + "/examples/" + name, rig.folder.file(name),
                               std::filesystem::copy_options::recursive);
@@ -280,7 +297,14 @@ void LoopTest::aProjectIsShownAndBuilt() {
                           rig.folder.file("project/morvane.inc"));
     rig.dialogs.files = {QString::fromStdString(rig.folder.file("project/morvane.toml"))};
     trigger(*rig.form, "actionOpenProject");
-    QWidget& window = rig.window("ProjectWindow");
+    return rig.window("ProjectWindow");
+}
+
+} // namespace
+
+void LoopTest::aProjectIsShownAndBuilt() {
+    Rig rig;
+    QWidget& window = open_project(rig);
     auto& table = control<QTreeWidget>(window, "projectSteps");
     QCOMPARE(table.topLevelItemCount(), 5);
     QCOMPARE(cell(table, 0, 0), QStringLiteral("apron"));
@@ -306,6 +330,33 @@ void LoopTest::aProjectIsShownAndBuilt() {
     Q_EMIT table.itemDoubleClicked(table.topLevelItem(2), 0);
     QCOMPARE(text_of(*rig.form, "InputFile"), QString::fromStdString(tower));
     QVERIFY(rig.form->document().set().opened);
+}
+
+void LoopTest::aProjectIsSeenFromAbove() {
+    Rig rig;
+    QWidget& window = open_project(rig);
+    auto& table = control<QTreeWidget>(window, "projectSteps");
+    auto& plan = control<ProjectPlan>(window, "projectPlan");
+    const auto& troubles = control<QLabel>(window, "projectTroubles");
+    QTRY_COMPARE(plan.plan().sites().size(), 3U); // neither the aircraft nor the library
+    QVERIFY(!troubles.isVisible());
+    QVERIFY(!table.topLevelItem(0)->icon(0).isNull());
+    plan.grab(); // drawn, so that places are known
+    // A click on a set selects its row.
+    const auto place = plan.place_of(plan.plan().sites()[2]);
+    QVERIFY(place);
+    QTest::mouseClick(&plan, Qt::LeftButton, {}, place->toPoint());
+    QCOMPARE(table.currentItem()->text(0), QStringLiteral("tower"));
+    // A copy of the tower's export in the place of the terminal's: a double.
+    for (const char* file : {"_0.asm", ".asm"}) {
+        rig.folder.write(std::string("project/exports/terminal") + file,
+                         rig.folder.read(std::string("project/exports/tower") + file));
+    }
+    QApplication::setActiveWindow(rig.form.get());
+    QApplication::setActiveWindow(&window);
+    QTRY_VERIFY2(troubles.text().contains(QStringLiteral("tower is in the place of terminal")),
+                 qPrintable(troubles.text()));
+    QVERIFY(troubles.isVisible());
 }
 
 namespace {
