@@ -33,5 +33,7 @@ std::vector<std::string> console_arguments(int argc, char** argv);
 bool input_is_terminal();
 bool output_is_terminal();
 bool errors_go_to_terminal();
+/// Whether what was written to the errors' terminal can be written over: not with TERM=dumb.
+bool errors_can_be_overwritten();
 
 } // namespace morvane::cli

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/console.h"
 
+#include <cstdlib>
+#include <string_view>
 #include <unistd.h>
 
 namespace morvane::cli {
@@ -27,6 +29,12 @@ bool output_is_terminal() {
 
 bool errors_go_to_terminal() {
     return isatty(STDERR_FILENO) != 0;
+}
+
+bool errors_can_be_overwritten() {
+    const char* terminal = std::getenv("TERM");
+    return errors_go_to_terminal() && terminal != nullptr && *terminal != '\0' &&
+           std::string_view(terminal) != "dumb";
 }
 
 } // namespace morvane::cli

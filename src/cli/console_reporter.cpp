@@ -78,7 +78,7 @@ bool ConsoleReporter::answer() const {
 }
 
 bool ConsoleReporter::progress(std::string_view what, std::size_t done, std::size_t total) {
-    if (errors_go_to_terminal()) {
+    if (errors_can_be_overwritten()) {
         std::cerr << '\r' << what << ' ' << done;
         if (total > 0) {
             std::cerr << " of " << total;

@@ -71,4 +71,8 @@ bool errors_go_to_terminal() {
     return is_console(STD_ERROR_HANDLE);
 }
 
+bool errors_can_be_overwritten() {
+    return errors_go_to_terminal();
+}
+
 } // namespace morvane::cli

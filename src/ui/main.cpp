@@ -19,6 +19,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -87,13 +88,28 @@ void answer_without_window(int argc, char** argv) {
     read_command_line(application); // prints them and leaves
 }
 
+// Qt ends the program when it finds no display, with a hint to install it anew, which helps nobody.
+void say_that_there_is_no_display(QtMsgType type, const QMessageLogContext& /*context*/,
+                                  const QString& text) {
+    if (type == QtFatalMsg) {
+        std::fputs(
+            "morvane: there is no display to show a window on. morvane-cli does the same work "
+            "without one.\n",
+            stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     if (asks_for_help_or_version(argc, argv)) {
         answer_without_window(argc, argv);
     }
+    qInstallMessageHandler(say_that_there_is_no_display);
     morvane::Application application(argc, argv);
+    qInstallMessageHandler(nullptr);
     morvane::prepare_application(application);
     try {
         return run(application);
