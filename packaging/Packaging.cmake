@@ -18,7 +18,8 @@ endif()
 install(TARGETS morvane-cli RUNTIME DESTINATION ${program_folder})
 install(FILES share/morvane.inc share/model.inc DESTINATION ${data_folder})
 install(DIRECTORY examples/ DESTINATION ${example_folder} PATTERN "*.py" EXCLUDE)
-install(FILES README.md CHANGELOG.md NOTICES.md DESTINATION ${document_folder})
+# The README is about the checkout; its links lead nowhere from here.
+install(FILES packaging/index.md CHANGELOG.md NOTICES.md DESTINATION ${document_folder})
 if(WIN32)
   install(FILES LICENSE DESTINATION ${document_folder}) # Debian has it in common-licenses
 endif()

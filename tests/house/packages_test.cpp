@@ -131,14 +131,18 @@ bool leads_somewhere(const fs::path& document, const std::string& link) {
            (hash == std::string::npos || has_anchor(target, link.substr(hash + 1)));
 }
 
-TEST(Packages, LinksOfTheDocumentsWork) {
-    std::vector<fs::path> documents{fs::path(source_folder()) / "README.md"};
-    for (const auto& entry : fs::directory_iterator(source_folder() + "/docs")) {
+std::vector<fs::path> documents_in(const fs::path& folder) {
+    std::vector<fs::path> documents;
+    for (const auto& entry : fs::directory_iterator(folder)) {
         if (entry.path().extension() == ".md") {
             documents.push_back(entry.path());
         }
     }
     EXPECT_GT(documents.size(), 10U);
+    return documents;
+}
+
+std::vector<std::string> dead_links(const std::vector<fs::path>& documents) {
     std::vector<std::string> dead;
     for (const fs::path& document : documents) {
         for (const std::string& link :
@@ -148,7 +152,26 @@ TEST(Packages, LinksOfTheDocumentsWork) {
             }
         }
     }
-    EXPECT_THAT(dead, IsEmpty());
+    return dead;
+}
+
+TEST(Packages, LinksOfTheDocumentsWork) {
+    std::vector<fs::path> documents = documents_in(fs::path(source_folder()) / "docs");
+    documents.push_back(fs::path(source_folder()) / "README.md");
+    EXPECT_THAT(dead_links(documents), IsEmpty());
+}
+
+// There the documents lie side by side.
+TEST(Packages, LinksOfTheDocumentsWorkWhereTheyAreInstalled) {
+    const TempFolder folder;
+    const fs::path source = source_folder();
+    fs::copy(source / "docs", folder.path(), fs::copy_options::recursive);
+    for (const char* name : {"packaging/index.md", "CHANGELOG.md", "NOTICES.md"}) {
+        fs::copy(source / name, folder.path());
+    }
+    EXPECT_THAT(dead_links(documents_in(folder.path())), IsEmpty());
+    EXPECT_THAT(text_of("packaging/Packaging.cmake"),
+                HasSubstr("packaging/index.md CHANGELOG.md NOTICES.md DESTINATION"));
 }
 
 } // namespace
