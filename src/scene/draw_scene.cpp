@@ -17,7 +17,10 @@ using raster::Face;
 using raster::Projection;
 using raster::Stroke;
 
-constexpr unsigned dimmed = 90;      // of 256: what is left of a colour that is not selected
+// Of 256: what is left of a colour that is not selected. Dark colours need more before a dark
+// background.
+constexpr unsigned dimmed = 90;
+constexpr unsigned dimmed_before_dark = 150;
 constexpr unsigned night_light = 80; // of 256
 constexpr double mark_part = 0.028;  // of the picture's height: a mark without a size of its own
 constexpr Colour plain = 0xFFB4B4B4; // of a block without a material
@@ -41,7 +44,8 @@ Colour block_colour(const Scene& scene, const SceneBlock& block, const DrawOptio
     }
     if (!options.selected.empty() && !is_in(options.selected, block.material)) {
         const Colour alpha = colour & 0xFF000000;
-        colour = (raster::mixed(colour, theme.background, dimmed) & 0x00FFFFFF) | alpha;
+        const unsigned part = options.dark ? dimmed_before_dark : dimmed;
+        colour = (raster::mixed(colour, theme.background, part) & 0x00FFFFFF) | alpha;
     }
     return colour;
 }

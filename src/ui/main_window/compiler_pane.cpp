@@ -58,6 +58,7 @@ CompilerPane::CompilerPane(Disk& disk, QWidget* parent)
     text_->setAccessibleName(tr("Output of the compiler"));
     text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     text_->setLineWrapMode(QTextEdit::NoWrap);
+    text_->setPlaceholderText(tr("Nothing has been compiled since the program began."));
     text_->setOpenLinks(false);
     text_->setTabChangesFocus(true);
     status_->setObjectName(QStringLiteral("compilerStatus"));

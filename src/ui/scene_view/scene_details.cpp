@@ -21,6 +21,7 @@ SceneDetails::SceneDetails(const scene::Scene& scene, const QString& texture_fol
     list_->setObjectName(QStringLiteral("sceneDetailList"));
     list_->setAccessibleName(tr("Textures and notes"));
     list_->setWordWrap(true);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // long lines are wrapped
     folder_->setObjectName(QStringLiteral("textureFolder"));
     folder_->setAccessibleName(tr("Further folder with textures"));
     folder_->setToolTip(tr("Textures are looked for here too, after the folder of the set and the "
