@@ -107,13 +107,14 @@ std::string SitePlan::trouble_of(std::size_t site) const {
 }
 
 std::optional<std::size_t> SitePlan::site_of(std::uint32_t id) const {
-    const auto triangle = picked_triangle(all_, id);
-    for (std::size_t i = sites_.size(); triangle && i > 0; --i) {
-        if (triangle->triangle >= sites_[i - 1].first_triangle) {
-            return i - 1;
-        }
+    if (id == raster::no_id || id > all_.triangles.size()) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    std::size_t site = sites_.size() - 1;
+    while (id - 1 < sites_[site].first_triangle) {
+        --site;
+    }
+    return site;
 }
 
 } // namespace morvane::scene

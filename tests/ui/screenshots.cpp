@@ -195,7 +195,7 @@ void take_browser(Rig& rig, const Album& album) {
     auto& shelf = control<QListView>(browser, "shelfList");
     shelf.setCurrentIndex(shelf.model()->index(1, 0));
     click(browser, "turnObject");
-    QTest::qWait(500); // the pictures are made while nothing else is to be done
+    QTest::qWait(1500); // the pictures are made while nothing else is to be done
     album.take(browser, QStringLiteral("library-browser-shelf"));
 }
 
@@ -213,7 +213,7 @@ void take_project(Rig& rig, const Album& album) {
     bound(project, album);
     click(project, "buildAll");
     control<QLabel>(project, "projectFile").setText(QStringLiteral("project/morvane.toml"));
-    QTest::qWait(500);
+    QTest::qWait(1500);
     album.take(project, QStringLiteral("project"));
 }
 

@@ -85,8 +85,9 @@ QImage ProjectPictures::thumbnail(const std::string& base, const QSize& size, in
     raster::Camera camera;
     scene::fit(camera, doubled, *shown);
     raster::Picture large;
-    painter_.draw(large, *shown, camera, doubled,
-                  {.labels = false, .compass = false, .dark = dark, .scale = 2 * scale});
+    painter_.draw(
+        large, *shown, camera, doubled,
+        {.labels = false, .grid = false, .compass = false, .dark = dark, .scale = 2 * scale});
     const raster::Picture picture = raster::halved(large);
     return image_of(picture).copy();
 }

@@ -75,7 +75,11 @@ raster::PictureSize ProjectPlan::full_size() const {
 }
 
 std::optional<QPointF> ProjectPlan::place_of(const scene::SitePlan::Site& site) const {
-    const auto seen = raster::project(raster::projection_of(camera_, full_size()), site.place);
+    return seen_at(site.place);
+}
+
+std::optional<QPointF> ProjectPlan::seen_at(const scene::Vec3& place) const {
+    const auto seen = raster::project(raster::projection_of(camera_, full_size()), place);
     return seen ? std::optional(QPointF(seen->x, seen->y) / scale()) : std::nullopt;
 }
 
@@ -90,11 +94,11 @@ void ProjectPlan::paintEvent(QPaintEvent* /*event*/) {
         camera_.height = std::max(camera_.height * 1.2, least_height); // room for the names
     }
     const bool dark = wants_dark_picture(palette());
-    painter_.draw(picture_, plan_.scene(), camera_, size,
-                  {.marks = false,
-                   .labels = false,
-                   .dark = dark,
-                   .scale = std::max(1, static_cast<int>(std::lround(scale())))});
+    labels_ = painter_.draw(picture_, plan_.scene(), camera_, size,
+                            {.marks = false,
+                             .labels = false,
+                             .dark = dark,
+                             .scale = std::max(1, static_cast<int>(std::lround(scale())))});
     QPainter painter(this);
     painter.drawImage(rect(), image_of(picture_));
     painter.setRenderHint(QPainter::Antialiasing);
@@ -105,11 +109,28 @@ void ProjectPlan::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
+// A ring at its reference place and a frame around what it draws.
+void ProjectPlan::draw_site(QPainter& painter, const scene::SitePlan::Site& site,
+                            const QPointF& place) {
+    painter.drawEllipse(place, mark_radius, mark_radius);
+    const auto low = seen_at(site.box.low);
+    const auto high = seen_at(site.box.high);
+    if (low && high) {
+        painter.setPen(QPen(painter.pen().color(), 1, Qt::DotLine));
+        painter.drawRect(QRectF(*low, *high).normalized());
+    }
+}
+
 void ProjectPlan::draw_names(QPainter& painter) {
     const scene::Theme theme = scene::theme_of(wants_dark_picture(palette()), false);
     const QFontMetricsF metrics(painter.font());
     QColor ground(QRgb(theme.background));
     ground.setAlpha(190);
+    painter.setPen(QColor(QRgb(theme.ink)));
+    for (const scene::Label& label : labels_) {
+        const QPointF place(label.x / scale(), label.y / scale() + metrics.ascent() / 2 - 1);
+        painter.drawText(place, shown_text(label.text));
+    }
     std::vector<QRectF> taken;
     for (const scene::SitePlan::Site& site : plan_.sites()) {
         const auto place = place_of(site);
@@ -121,7 +142,7 @@ void ProjectPlan::draw_names(QPainter& painter) {
                                                          : theme.ink));
         painter.setPen(QPen(color, site.name == selected_ ? 3 : 1.5));
         painter.setBrush(Qt::NoBrush);
-        painter.drawEllipse(*place, mark_radius, mark_radius);
+        draw_site(painter, site, *place);
         const QString text = text_of(site);
         const QRectF box =
             free_place({place->x() + mark_radius + 5, place->y() - metrics.height() / 2,

@@ -13,6 +13,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace morvane {
 
@@ -52,7 +53,9 @@ class ProjectPlan : public QWidget {
   private:
     double scale() const { return devicePixelRatioF(); }
     raster::PictureSize full_size() const;
+    void draw_site(QPainter& painter, const scene::SitePlan::Site& site, const QPointF& place);
     void draw_names(QPainter& painter);
+    std::optional<QPointF> seen_at(const scene::Vec3& place) const;
     const scene::SitePlan::Site* site_at(const QPointF& place) const;
     void zoom(const QPointF& place, double factor);
     void pan(const QPointF& by);
@@ -60,6 +63,7 @@ class ProjectPlan : public QWidget {
     scene::SitePlan plan_;
     scene::Painter painter_;
     raster::Picture picture_;
+    std::vector<scene::Label> labels_; // of the scale bar and the north arrow
     raster::Camera camera_;
     std::string selected_;
     bool whole_wanted_ = true;
