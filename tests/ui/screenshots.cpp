@@ -88,13 +88,14 @@ void take_main_window(Rig& rig, const Album& album) {
 void take_panel(Rig& rig, const Album& album, const char* dock, const QString& name) {
     auto& panel = control<QDockWidget>(*rig.form, dock);
     panel.raise();
-    QTest::qWait(300); // the list of problems is made after a while
+    QTest::qWait(300); // what it shows follows after a while
     album.take(*rig.form, name);
 }
 
 void take_views(Rig& rig, const Album& album) {
     const QSize size = rig.form->size();
     resize(*rig.form, album, {1280, 720});
+    QTest::qWait(600); // the list of problems is made after a while
     trigger(*rig.form, "actionNextProblem");
     take_panel(rig, album, "problemDock", QStringLiteral("problems"));
     rig.select(3);
