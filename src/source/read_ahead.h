@@ -10,8 +10,8 @@ namespace morvane {
 class ReadableFile;
 
 /// Reads a file into memory a stretch at a time, in order, while other threads read the next
-/// stretches of a large file. With it `inspect` of a file of 72 MB takes 98 ms on two cores; reading
-/// first and splitting then takes 118 ms.
+/// stretches of a large file. With it `inspect` of a file of 72 MB takes 98 ms on two cores;
+/// reading first and splitting then takes 118 ms.
 class ReadAhead {
   public:
     static constexpr std::size_t usual_stretch = std::size_t{4} << 20;
