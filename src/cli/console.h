@@ -33,6 +33,8 @@ std::vector<std::string> console_arguments(int argc, char** argv);
 bool input_is_terminal();
 bool output_is_terminal();
 bool errors_go_to_terminal();
+/// Whether colours are shown: at a terminal, but not with TERM=dumb.
+bool output_takes_colors();
 /// Whether what was written to the errors' terminal can be written over: not with TERM=dumb.
 bool errors_can_be_overwritten();
 

@@ -7,6 +7,15 @@
 
 namespace morvane::cli {
 
+namespace {
+
+bool understands_escapes() {
+    const char* terminal = std::getenv("TERM");
+    return terminal != nullptr && *terminal != '\0' && std::string_view(terminal) != "dumb";
+}
+
+} // namespace
+
 Console::Console() {
     show_readable_output();
 }
@@ -31,10 +40,12 @@ bool errors_go_to_terminal() {
     return isatty(STDERR_FILENO) != 0;
 }
 
+bool output_takes_colors() {
+    return output_is_terminal() && understands_escapes();
+}
+
 bool errors_can_be_overwritten() {
-    const char* terminal = std::getenv("TERM");
-    return errors_go_to_terminal() && terminal != nullptr && *terminal != '\0' &&
-           std::string_view(terminal) != "dumb";
+    return errors_go_to_terminal() && understands_escapes();
 }
 
 } // namespace morvane::cli

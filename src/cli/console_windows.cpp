@@ -71,6 +71,10 @@ bool errors_go_to_terminal() {
     return is_console(STD_ERROR_HANDLE);
 }
 
+bool output_takes_colors() {
+    return output_is_terminal();
+}
+
 bool errors_can_be_overwritten() {
     return errors_go_to_terminal();
 }

@@ -182,7 +182,7 @@ SetResult finish(SetRun& run) {
     }
     if (!run.cli.json) {
         run.cli.reporter.print_log();
-        std::cout << (output_is_terminal() ? colored(run.diff) : run.diff);
+        std::cout << (output_takes_colors() ? colored(run.diff) : run.diff);
     }
     return {done, false, std::move(document)};
 }

@@ -20,6 +20,7 @@ namespace morvane {
 
 namespace {
 
+constexpr int room_for_all = 600; // points: all columns are shown
 constexpr std::array<Severity, 3> worst_first{Severity::Error, Severity::Warning, Severity::Note};
 
 QString line_text(const Problem& problem) {
@@ -103,6 +104,14 @@ void ProblemPanel::select_again(const Problem& problem) {
             list_->setCurrentIndex(index);
             return;
         }
+    }
+}
+
+// In a narrow panel the sentence needs the room.
+void ProblemPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    for (const int column : {ProblemModel::Material, ProblemModel::Code}) {
+        list_->setColumnHidden(column, width() < room_for_all);
     }
 }
 

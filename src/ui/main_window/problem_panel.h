@@ -36,6 +36,9 @@ class ProblemPanel : public QWidget {
     /// The user switches a code off, or on again.
     void switch_wanted(const std::string& code, bool off);
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     QToolButton* add_button(Severity severity, const char* name);
     void update_buttons();
