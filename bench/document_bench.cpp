@@ -7,7 +7,6 @@
 #include "document/material_code.h"
 #include "document/source_comparison.h"
 #include "large_set.h"
-#include "problems/quiet_reporter.h"
 #include "system/disk.h"
 
 #include <benchmark/benchmark.h>

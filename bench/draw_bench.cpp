@@ -10,7 +10,7 @@
 #include "scene/read_library.h"
 #include "scene/read_object.h"
 #include "scene/read_set.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "system/disk.h"
 
 #include <benchmark/benchmark.h>

@@ -7,7 +7,7 @@
 #include "objects/process.h"
 #include "objects/save.h"
 #include "source/materials.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "source/source_set.h"
 #include "system/disk.h"
 

@@ -4,8 +4,8 @@
 
 #include "base/errors.h"
 #include "target.h"
-#include "upkeep/label_suffix.h"
 #include "upkeep/plain_label_suffix.h"
+#include "upkeep/rename_labels.h"
 
 using namespace morvane;
 using namespace morvane::fuzz;

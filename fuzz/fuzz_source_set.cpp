@@ -6,7 +6,7 @@
 #include "base/errors.h"
 #include "objects/process.h"
 #include "objects/save.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "target.h"
 
 namespace {

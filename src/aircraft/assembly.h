@@ -23,9 +23,6 @@ struct Assembly {
 inline constexpr std::string_view lod_anchor = "LOD_0L    label    BGLCODE";
 inline constexpr std::string_view include_anchor = "include";
 
-/// Tells as notes what will stop the run, or surprise, before anything is written.
-void foretell(const Assembly& assembly);
-
 /// The line that includes the model file of the first level of detail; 0 when there is none.
 std::size_t find_lod_include(const LineStore& frame);
 
@@ -46,5 +43,9 @@ void save_user_file(Assembly& assembly, const std::string& path, const LineStore
 void reload(const Assembly& assembly, const std::string& path, LineStore& store);
 
 std::string scratch_file(const Assembly& assembly);
+
+/// Turns the instance calls of the lines (VINSTANCE_CALL, SHADOW_VICALL) into their 32-bit form,
+/// which reaches further. Lines that have that form already stay as they are.
+void convert_calls32(LineStore& store);
 
 } // namespace morvane

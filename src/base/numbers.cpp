@@ -23,10 +23,6 @@ struct LeadingNumber {
     std::size_t length = 0; // characters taken, sign included; 0 when there is no number
 };
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 // The power of ten of the first digit that counts, e.g. 2 for "150", -3 for "0.005e-1".
 long decimal_magnitude(std::string_view digits) {
     const std::size_t e = digits.find_first_of("eE");

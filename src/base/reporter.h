@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/note.h"
-
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -10,6 +8,26 @@
 namespace morvane {
 
 class RuntimeError;
+
+enum class Severity { Note, Warning, Error };
+
+/// A hint of the program's own, about a place in a file where there is one.
+struct Note {
+    std::string text;
+    std::string path{};   // empty: about no file
+    std::size_t line = 0; // from 1; 0: about the whole file
+    Severity severity = Severity::Note;
+    std::string code{};     // names the check that found it, e.g. "flash-mask"; empty: none did
+    std::size_t column = 0; // in characters, from 1; 0: about the whole line
+
+    bool operator==(const Note&) const = default;
+};
+
+/// Returns "PATH:LINE:COLUMN: TEXT", without the parts that the note does not have.
+std::string place_and_text(const Note& note);
+
+/// How a command ended. What went wrong has then been told to the user.
+enum class Outcome { Done, Declined, Failed };
 
 /// The picture of a message box. `None` is a plain box.
 enum class Icon { None, Critical, Exclamation, Information, Question };
@@ -41,6 +59,25 @@ class Reporter {
     virtual bool progress(std::string_view /*what*/, std::size_t /*done*/, std::size_t /*total*/) {
         return true;
     }
+};
+
+/// Shows nothing and answers No, but keeps the last message box: for trying out what an operation
+/// would do.
+class QuietReporter final : public Reporter {
+  public:
+    void add_message(std::string_view /*text*/) override {}
+    void note(const Note& /*note*/) override {}
+    void clear_messages() override {}
+    void message_box(std::string_view text, Icon /*icon*/) override {
+        last_box = text;
+        all_boxes += (all_boxes.empty() ? "" : "\n") + last_box;
+    }
+    bool ask(std::string_view /*text*/, Icon /*icon*/, std::string_view /*title*/) override {
+        return false;
+    }
+
+    std::string last_box;
+    std::string all_boxes; // a line each
 };
 
 /// Shows a run-time error as a box: `before`, its number, `between`, its description; what the

@@ -14,6 +14,11 @@ std::string upper_case(std::string_view text);
 std::string lower_case(std::string_view text);
 bool equal_ignoring_case(std::string_view a, std::string_view b);
 
+/// Whether the byte is one of the digits 0 to 9.
+constexpr bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 /// Trims the text and reduces every run of blanks inside it to one. Tabs are not blanks here.
 std::string collapse_blanks(std::string_view text);
 

@@ -3,10 +3,8 @@
 
 #include "base/errors.h"
 #include "base/paths.h"
-#include "bgl/little_endian.h"
-#include "system/absolute_path.h"
 #include "system/disk.h"
-#include "system/text_writer.h"
+#include "system/replace_files.h"
 
 #include <array>
 

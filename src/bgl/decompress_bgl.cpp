@@ -5,8 +5,7 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "bgl/bgl_file.h"
-#include "bgl/unpack/statuses.h"
-#include "system/absolute_path.h"
+#include "bgl/unpack/bglunpack.h"
 #include "system/disk.h"
 
 #include <algorithm>

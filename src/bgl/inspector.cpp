@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "bgl/inspector.h"
 
+#include "base/encodings.h"
 #include "base/errors.h"
 #include "base/reporter.h"
-#include "base/windows1252.h"
 #include "bgl/report.h"
 #include "system/disk.h"
 

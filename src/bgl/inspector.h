@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "bgl/bgl_file.h"
 #include "bgl/decompress_bgl.h"
-#include "bgl/header.h"
 #include "bgl/library_objects.h"
-#include "bgl/output_box.h"
+#include "bgl/report.h"
 #include "system/services.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 #include "bgl/library_objects.h"
 
 #include "base/errors.h"
-#include "bgl/little_endian.h"
+#include "bgl/bgl_file.h"
 #include "system/disk.h"
 
 #include <algorithm>

@@ -5,11 +5,9 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "bgl/bgl_file.h"
-#include "bgl/little_endian.h"
 #include "system/disk.h"
 #include "system/file_bytes.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 namespace morvane {
 

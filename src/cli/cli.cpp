@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/cli.h"
 
-#include "base/windows1252.h"
-#include "problems/searched_libraries.h"
+#include "base/encodings.h"
+#include "problems/libraries.h"
 #include "system/program_places.h"
 #include "upkeep/settings.h"
 

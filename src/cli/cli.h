@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/note.h"
+#include "base/reporter.h"
 #include "cli/console_reporter.h"
 #include "cli/json_text.h"
 #include "problems/set_checks.h"

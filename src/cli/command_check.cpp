@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/paths.h"
+#include "base/reporter.h"
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/json_text.h"
 #include "problems/find_problems.h"
-#include "problems/quiet_reporter.h"
 #include "recipe/apply_recipe.h"
 #include "recipe/recipe.h"
 

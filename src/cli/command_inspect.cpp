@@ -2,7 +2,7 @@
 #include "cli/cli.h"
 #include "cli/json_text.h"
 #include "source/materials.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 
 #include <iomanip>
 #include <iostream>

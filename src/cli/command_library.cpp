@@ -8,9 +8,8 @@
 #include "library/design.h"
 #include "library/library_list_file.h"
 #include "problems/find_problems.h"
-#include "problems/library_list.h"
+#include "problems/libraries.h"
 #include "source/opened_file.h"
-#include "system/absolute_path.h"
 
 #include <iostream>
 

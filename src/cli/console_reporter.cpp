@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/console_reporter.h"
 
-#include "base/windows1252.h"
+#include "base/encodings.h"
 #include "cli/console.h"
 
 #include <iostream>

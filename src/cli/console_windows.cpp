@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/wide_text.h"
+#include "base/encodings.h"
 #include "cli/console.h"
 
 #include <cstdio>

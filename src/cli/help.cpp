@@ -3,7 +3,6 @@
 
 #include "base/text.h"
 #include "cli/topics.h"
-#include "system/program_folder.h"
 #include "system/program_places.h"
 #include "toml/nearest_key.h"
 

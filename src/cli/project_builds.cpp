@@ -3,8 +3,8 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "project/build_plan.h"
 #include "project/project_compiler.h"
-#include "project/surroundings.h"
 #include "system/interruption.h"
 #include "system/program_places.h"
 

@@ -4,11 +4,11 @@
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "objects/parameter_checks.h"
-#include "objects/trace.h"
-#include "objects/unique_labels.h"
-#include "recipe/record_recipe.h"
+#include "objects/process.h"
+#include "objects/save.h"
+#include "recipe/recipe.h"
 #include "source/materials.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/note.h"
+#include "base/reporter.h"
 #include "document/document_listener.h"
 #include "document/reload.h"
 #include "document/step.h"
 #include "objects/save.h"
-#include "recipe/record_recipe.h"
+#include "recipe/recipe.h"
 #include "source/open_set.h"
 #include "system/services.h"
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/note.h"
+#include "base/reporter.h"
 #include "recipe/recipe.h"
-#include "recipe/record_recipe.h"
 #include "source/open_set.h"
 
 #include <string>

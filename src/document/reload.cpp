@@ -8,7 +8,7 @@
 #include "document/kept_reports.h"
 #include "objects/block_checks.h"
 #include "source/materials.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "source/source_set.h"
 
 #include <algorithm>

@@ -9,6 +9,13 @@
 
 namespace morvane {
 
+class TextWriter;
+
+/// Writes the assembler source of a library: a BGL header, the index, and a record with the
+/// drawing code of each object. `file_name` is the one that a comment tells the user to compile.
+/// The designs must have names that Windows-1252 can hold.
+void write_library_source(TextWriter& out, const LibraryList& list, const std::string& file_name);
+
 /// "Create Library": writes the library's source to `output_path`, in place of the file. False
 /// after a message box (no path, two objects with one identifier, an output that is a file of a
 /// design, a design whose name source files cannot hold, the file cannot be written); an older file

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "library/identifier.h"
+#include "base/guid128.h"
 #include "system/services.h"
 
 #include <cstddef>

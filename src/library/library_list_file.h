@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/guid128.h"
-#include "base/note.h"
+#include "base/reporter.h"
 #include "library/library_list.h"
 #include "system/services.h"
 

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/library_objects_toml.h"
 
+#include "base/encodings.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "base/paths.h"
 #include "base/reporter.h"
 #include "base/text.h"
-#include "base/windows1252.h"
 #include "library/design.h"
 #include "source/source_set.h"
-#include "source/text_files.h"
 #include "system/disk.h"
 #include "system/file_bytes.h"
 #include "toml/nearest_key.h"

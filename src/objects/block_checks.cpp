@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "objects/draw_block.h"
 #include "objects/model_header.h"
-#include "objects/windsock.h"
+#include "objects/object_code.h"
 #include "source/materials.h"
 #include "source/source_set.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/note.h"
+#include "base/reporter.h"
 #include "source/line_store.h"
 #include "source/open_set.h"
 #include "system/services.h"
@@ -44,5 +44,12 @@ void update_model_header(Disk& disk, LineStore& frame, const DictionaryTable& ta
 /// The index of the first BGL_END line; `start` is a line before which none stands. Without one a
 /// message box is shown and the result is 0.
 std::size_t find_bgl_end(const LineStore& model, Reporter& reporter, std::size_t start = 1);
+
+/// Whether the dictionary has the entry that aircraft lights test.
+bool holds_light_states(const std::vector<DictionaryRow>& dictionary);
+
+/// Makes sure that the set's dictionary, and its frame store, hold that entry, and marks the frame
+/// as changed. Whether the frame store was rewritten for it. Throws RuntimeError.
+bool ensure_light_states(const Services& services, OpenSet& set);
 
 } // namespace morvane

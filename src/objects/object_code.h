@@ -33,4 +33,26 @@ struct ObjectCode {
 ObjectCode object_code(const OpenSet& set, const Translation& material, Kind kind,
                        const Parameters& parameters);
 
+/// 65536 / scale, cut to a whole number: what the placement of a library object carries. Throws
+/// DivisionByZero for a scale whose number is 0.
+double scale_word(std::string_view scale);
+
+/// A windsock as a triangle draws it, in model units.
+struct Windsock {
+    double x = 0; // the mast's foot: east, up, north
+    double y = 0;
+    double z = 0;
+    double height = 0; // of the mast
+    double size = 0;   // length of the sock
+
+    /// Whether the mast is lower than 0.1 as it would be written, with six decimals.
+    bool is_flat() const;
+};
+
+/// The windsock of a triangle: its lowest corner (on ties the first) is the foot. Only the second
+/// corner counts for the height, whatever the third is. Throws TypeMismatch for a coordinate that
+/// is not a number, SubscriptOutOfRange for a corner that is not in the model file and for a
+/// triangle higher than 99999.999.
+Windsock measure_windsock(const DrawBlock& block, const BlockTriangle& triangle);
+
 } // namespace morvane

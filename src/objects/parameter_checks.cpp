@@ -4,7 +4,7 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "base/text.h"
-#include "objects/placed_calls.h"
+#include "objects/object_code.h"
 
 #include <algorithm>
 #include <array>

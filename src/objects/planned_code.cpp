@@ -5,27 +5,42 @@
 #include "base/reporter.h"
 #include "base/text.h"
 #include "objects/model_header.h"
-#include "objects/rewrite.h"
 
+#include <iterator>
 #include <utility>
 
 namespace morvane {
 
 namespace {
 
-// Keeps what a message box would say.
-class BoxKeeper final : public Reporter {
-  public:
-    void add_message(std::string_view /*text*/) override {}
-    void note(const Note& /*note*/) override {}
-    void clear_messages() override {}
-    void message_box(std::string_view text, Icon /*icon*/) override { last_box = text; }
-    bool ask(std::string_view /*text*/, Icon /*icon*/, std::string_view /*title*/) override {
-        return false;
-    }
+void append(std::vector<std::string>& code, std::vector<std::string> lines) {
+    code.insert(code.end(), std::make_move_iterator(lines.begin()),
+                std::make_move_iterator(lines.end()));
+}
 
-    std::string last_box;
-};
+} // namespace
+
+Rewrite generate_code(DrawBlock& block, const ObjectCode& kind) {
+    Rewrite result;
+    block.next_line();
+    if (block.at_triangle()) {
+        result.code = kind.opening;
+    }
+    for (; block.at_triangle(); block.next_line()) {
+        auto lines = kind.triangle(block, block.triangle());
+        if (!lines) {
+            return {{}, block.line() - block.first_line(), 0, block.line()};
+        }
+        result.count += lines->size();
+        append(result.code, std::move(*lines));
+    }
+    result.lines = block.line() + 1 - block.first_line();
+    result.count += kind.closing_counts ? kind.closing.size() : 0;
+    append(result.code, kind.closing);
+    return result;
+}
+
+namespace {
 
 // False when a triangle cannot be used.
 bool make_code(const OpenSet& set, const Translation& material, const ObjectCode& kind,
@@ -54,7 +69,7 @@ std::size_t bgl_end_beside(const OpenSet& set, const PlannedCode& plan, Reporter
 bool find_place(const OpenSet& set, const Translation& material, Kind kind, PlannedCode& plan) {
     plan.before_line = material.block.selecting_line + 1;
     if (goes_after_bgl_end(kind)) {
-        BoxKeeper reporter;
+        QuietReporter reporter;
         plan.before_line = bgl_end_beside(set, plan, reporter) + 1;
         plan.refusal = reporter.last_box;
     }

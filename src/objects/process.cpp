@@ -5,18 +5,70 @@
 #include "base/reporter.h"
 #include "base/text.h"
 #include "objects/block_checks.h"
-#include "objects/light_states.h"
 #include "objects/model_header.h"
 #include "objects/planned_code.h"
-#include "objects/rewrite.h"
-#include "objects/trace.h"
+#include "objects/save.h"
 #include "source/materials.h"
 #include "source/source_set.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace morvane {
+
+FrameChange::FrameChange(const OpenSet& set)
+    : lines_(set.frame), dictionary_(set.dictionary), frame_changed_(set.frame_changed) {}
+
+void FrameChange::exchange(OpenSet& set) {
+    std::swap(set.frame, lines_);
+    std::swap(set.dictionary, dictionary_);
+    std::swap(set.frame_changed, frame_changed_);
+}
+
+std::size_t FrameChange::bytes() const {
+    return sizeof *this + lines_.upper() * sizeof(std::string_view);
+}
+
+Change::Change(const OpenSet& set, const Translation& material, std::size_t lines)
+    : row_(material.row), block_(set.model.keep_lines(material.block.selecting_line + 1, lines)),
+      processed_(material.processed), given_up_(material.given_up), bgl_end_(set.bgl_end),
+      replacements_(set.replacements.size()), frame_changed_(set.frame_changed) {}
+
+void Change::keep_frame(const OpenSet& set) {
+    frame_.emplace(set);
+}
+
+void Change::exchange(OpenSet& set) {
+    Translation& material = set.translation(row_);
+    set.model.exchange(block_);
+    std::swap(material.processed, processed_);
+    std::swap(material.given_up, given_up_);
+    std::swap(set.bgl_end, bgl_end_);
+    if (!frame_) {
+        std::swap(set.frame_changed, frame_changed_);
+    } else {
+        frame_->exchange(set);
+    }
+    if (set.replacements.size() > replacements_) {
+        replacement_ = std::move(set.replacements.back());
+        set.replacements.pop_back();
+    } else if (replacement_) {
+        set.replacements.push_back(std::move(*replacement_));
+        replacement_.reset();
+    }
+}
+
+std::size_t Change::bytes() const {
+    std::size_t sum = sizeof(Change) + block_.bytes();
+    if (replacement_) {
+        for (const std::string& line : replacement_->code) {
+            sum += sizeof(std::string) + line.capacity();
+        }
+    }
+    return sum + (frame_ ? frame_->bytes() : 0);
+}
 
 namespace {
 
@@ -176,6 +228,31 @@ ProcessResult process_material(const Services& services, OpenSet& set, std::size
         }
         report_failure(services, set, row, block, error);
         return {};
+    }
+}
+
+namespace {
+
+constexpr std::string_view rest_of_line = "  label BGLCODE";
+
+bool is_closing_label(std::string_view line) {
+    return line == "SKIP_FX  label BGLCODE" || line == "SKIP_LIB  label BGLCODE";
+}
+
+} // namespace
+
+void number_repeated_label(OpenSet& set, std::size_t row) {
+    if (set.replacements.empty() || set.replacements.back().code.empty() ||
+        !is_closing_label(set.replacements.back().code.back())) {
+        return;
+    }
+    std::string& last = set.replacements.back().code.back();
+    const bool repeated = std::any_of(
+        set.replacements.begin(), set.replacements.end() - 1, [&](const Replacement& other) {
+            return std::find(other.code.begin(), other.code.end(), last) != other.code.end();
+        });
+    if (repeated) {
+        last.insert(last.size() - rest_of_line.size(), to_text(row));
     }
 }
 

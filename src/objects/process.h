@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "objects/change.h"
 #include "objects/parameters.h"
 #include "source/open_set.h"
 #include "system/services.h"
@@ -9,8 +8,56 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace morvane {
+
+/// The frame store and the dictionary as they were before they were changed.
+class FrameChange {
+  public:
+    explicit FrameChange(const OpenSet& set);
+    /// Exchanges what the set holds for what was remembered, like Change.
+    void exchange(OpenSet& set);
+    /// Memory that is held, in bytes; an estimate.
+    std::size_t bytes() const;
+
+  private:
+    LineStore lines_;
+    std::vector<DictionaryRow> dictionary_;
+    bool frame_changed_;
+};
+
+/// What one Process changed in a set, kept so that it can be undone and redone. It takes the memory
+/// of what was changed, not of the set.
+class Change {
+  public:
+    /// Remembers a material and `lines` lines of its block before they are changed.
+    Change(const OpenSet& set, const Translation& material, std::size_t lines);
+    /// Remembers the frame store and the dictionary before they are changed. The frame's lines
+    /// change at most once in a set, with its first aircraft lights.
+    void keep_frame(const OpenSet& set);
+
+    /// Exchanges what the set holds for what was remembered: undoes the change, and redoes it when
+    /// called again. Several changes of a set must be undone from the last to the first.
+    void exchange(OpenSet& set);
+
+    std::size_t row() const { return row_; }
+    /// How many lines of the block were changed, from its opening line on.
+    std::size_t lines() const { return block_.count(); }
+    /// Memory that is held beside the set, in bytes; an estimate.
+    std::size_t bytes() const;
+
+  private:
+    std::size_t row_;
+    LineStore::KeptLines block_;
+    std::string processed_;
+    std::size_t given_up_;
+    std::size_t bgl_end_;
+    std::size_t replacements_;               // how many the set had before
+    std::optional<Replacement> replacement_; // while the change is undone
+    std::optional<FrameChange> frame_;
+    bool frame_changed_;
+};
 
 struct ProcessResult {
     bool processed = false;
@@ -33,5 +80,11 @@ struct ProcessResult {
 ProcessResult process_material(const Services& services, OpenSet& set, std::size_t row, Kind kind,
                                const Parameters& parameters,
                                const std::optional<std::string>& trace_folder = {});
+
+/// The label that ends the code of effects or library calls is the same for every material. Gives
+/// the label that the last processed material (a row of the list) has ended with its row's number,
+/// as in SKIP_FX7, when an earlier material has ended with the same one: a source with a label
+/// twice does not assemble.
+void number_repeated_label(OpenSet& set, std::size_t row);
 
 } // namespace morvane

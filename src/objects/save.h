@@ -4,12 +4,14 @@
 #include "source/open_set.h"
 #include "system/services.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace morvane {
 
 class TextWriter;
+class Disk;
 
 struct SaveResult {
     bool saved = false;
@@ -33,5 +35,15 @@ void require_code(const OpenSet& set);
 /// Writes the model store with each replacement's code at its place. Throws like require_code,
 /// besides what writing throws.
 void write_merged_model(const OpenSet& set, TextWriter& out);
+
+/// Writes what a Process has made into `folder`, when one is given: "bgl_code.txt" (the whole model
+/// store), "bgl_new_code.txt" (the code of all materials in the order of Process) and, when the
+/// frame store was rewritten, "new_azm.txt". Throws RuntimeError.
+void write_traces(Disk& disk, const OpenSet& set, const std::optional<std::string>& folder,
+                  bool frame_written);
+
+/// Writes "new_azm.txt" (the frame store) into `folder`, when one is given. Throws RuntimeError.
+void write_frame_trace(Disk& disk, const LineStore& frame,
+                       const std::optional<std::string>& folder);
 
 } // namespace morvane

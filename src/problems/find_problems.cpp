@@ -7,8 +7,7 @@
 #include "objects/process.h"
 #include "problems/assembly_checks.h"
 #include "problems/line_checks.h"
-#include "problems/quiet_reporter.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "source/source_set.h"
 
 #include <algorithm>

@@ -12,8 +12,6 @@ void check_lines(const FlatSource& source, Problems& problems);
 
 // Its parts, a line or a file at a time.
 
-/// Characters and lengths, labels that are no names, keywords after tabs.
-void check_raw_line(std::string_view line, const Statement& statement, Problems& problems);
 /// Number of operands, and what each must be.
 void check_operands(const Statement& statement, const Operands& operands, Problems& problems);
 /// Names of effects and textures, time constraints.

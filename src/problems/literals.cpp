@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "problems/literals.h"
 
+#include "base/text.h"
+
 #include <charconv>
 
 namespace morvane {
 
 namespace {
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 bool is_hexadecimal_digit(char c) {
     return is_digit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');

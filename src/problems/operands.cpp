@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/text.h"
+#include "objects/parameters.h"
 #include "problems/line_checks.h"
 #include "problems/literals.h"
 
 #include <algorithm>
+#include <array>
 
 namespace morvane {
 
@@ -46,10 +48,6 @@ std::string_view forms_of(MacroId macro) {
     default:
         return {};
     }
-}
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 // "FF00h": meant as a number, but read as a name.
@@ -156,6 +154,138 @@ void check_operands(const Statement& statement, const Operands& operands, Proble
         } else if (form != '-') {
             check_whole(statement, number, text, form == 'w' ? 16 : 32, problems);
         }
+    }
+}
+
+namespace {
+
+constexpr std::size_t longest_effect = 79;
+constexpr std::size_t longest_texture = 63;
+
+// What light code tests besides the parameter dictionary.
+constexpr std::array<std::string_view, 7> defined_variables{"beacnt", "becon2", "becon3", "becon4",
+                                                            "becon5", "tod",    "ground"};
+constexpr std::array<std::string_view, 2> unpublished_variables{"six_second_beacon",
+                                                                "second_flash"};
+
+template <std::size_t count>
+bool is_one_of(const std::array<std::string_view, count>& names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool is_quoted(std::string_view text) {
+    return text.size() >= 2 && text.front() == '"' && text.back() == '"';
+}
+
+// The text between the quotes; reports one that is not a text. Nothing when that was reported.
+std::optional<std::string_view> text_in(const Statement& statement, std::string_view operand,
+                                        const char* what, Problems& problems) {
+    if (operand.empty()) {
+        return std::nullopt; // reported as an empty operand
+    }
+    const std::string_view inside =
+        is_quoted(operand) ? operand.substr(1, operand.size() - 2) : std::string_view();
+    if (!is_quoted(operand) || inside.find('"') != std::string_view::npos) {
+        add_at(statement, Severity::Error, "quote-in-text",
+               std::string(what) + " " + std::string(operand) +
+                   " must begin and end with a quotation mark and have none inside; remove it.",
+               problems);
+        return std::nullopt;
+    }
+    if (inside.empty()) {
+        add_at(statement, Severity::Error, "empty-text",
+               std::string(what) + " is empty; give it a name.", problems);
+        return std::nullopt;
+    }
+    return inside;
+}
+
+void check_length(const Statement& statement, std::string_view text, const char* what,
+                  std::size_t longest, Problems& problems) {
+    if (text.size() > longest) {
+        add_at(statement, Severity::Error, "text-too-long",
+               std::string(what) + " has " + to_text(text.size()) + " characters; shorten it to " +
+                   to_text(longest) + ".",
+               problems);
+    }
+}
+
+void check_effect(const Statement& statement, const Operands& operands, Problems& problems) {
+    const auto name = text_in(statement, operands[1], "the effect's name", problems);
+    if (!name) {
+        return; // quotes that do not match would be found again
+    }
+    check_length(statement, *name, "the effect's name", longest_effect, problems);
+    const auto times = text_in(statement, operands[2], "the time constraints", problems);
+    if (!times) {
+        return;
+    }
+    if (times->find_first_of("<>") != std::string_view::npos) {
+        add_at(statement, Severity::Error, "text-character",
+               "the time constraints hold \"<\" or \">\", which a macro's call cannot; remove it.",
+               problems);
+    } else if (times->size() != time_constraints_length) {
+        add_at(statement, Severity::Warning, "time-constraints",
+               "the time constraints have " + to_text(times->size()) +
+                   " characters, not 40; write them as \"" + std::string(default_time_constraints) +
+                   "\".",
+               problems);
+    }
+}
+
+void check_light_type(const Statement& statement, std::string_view type, Problems& problems) {
+    const bool known = std::any_of(light_types.begin(), light_types.end() - 1,
+                                   [&](const LightTypeEntry& entry) { return entry.text == type; });
+    if (!known && !type.empty() && !whole_number(type)) {
+        add_at(statement, Severity::Error, "light-type",
+               std::string(type) + " is not a light type that the simulator defines; choose "
+                                   "another, such as LIGHT_NONE.",
+               problems);
+    }
+}
+
+void check_variable(const Statement& statement, const Operands& operands, Problems& problems) {
+    const std::string_view name = operands[2];
+    // Exports test variables of many names; code of lights, whose labels are these, only a few.
+    const bool lights = operands[1].starts_with("LBL");
+    if (name.empty() || name.starts_with("dict_") || is_one_of(defined_variables, name)) {
+        return;
+    }
+    if (is_one_of(unpublished_variables, name)) {
+        add_at(statement, Severity::Note, "flash-variable",
+               std::string(name) + " is not in the simulator's public definitions and cannot be "
+                                   "checked; use beacnt or becon2 to becon5 to be sure.",
+               problems);
+    } else if (lights) {
+        add_at(statement, Severity::Error, "flash-variable",
+               std::string(name) + " is not a flash variable; use beacnt or becon2 to becon5.",
+               problems);
+    }
+}
+
+} // namespace
+
+void check_texts(const Statement& statement, const Operands& operands, Problems& problems) {
+    if (statement.macro == MacroId::KzmFx1) {
+        check_effect(statement, operands, problems);
+    } else if (statement.macro == MacroId::TextureDef && operands.count() == 4) {
+        if (const auto name = text_in(statement, operands[4], "the texture's name", problems)) {
+            check_length(statement, *name, "the texture's name", longest_texture, problems);
+        }
+    }
+}
+
+void check_names(const Statement& statement, const Operands& operands, Problems& problems) {
+    if (statement.macro == MacroId::BglLight) {
+        check_light_type(statement, operands[1], problems);
+    } else if (statement.macro == MacroId::IfMsk || statement.macro == MacroId::IfIn1) {
+        check_variable(statement, operands, problems);
+    } else if (statement.macro == MacroId::TextureDef && operands.count() == 4 &&
+               !operands[1].starts_with("TEXTURE_") && !whole_number(operands[1])) {
+        add_at(statement, Severity::Warning, "texture-class",
+               std::string(operands[1]) + " is not a texture class; write one such as "
+                                          "TEXTURE_BUILDING.",
+               problems);
     }
 }
 

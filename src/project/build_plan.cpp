@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/build_plan.h"
 
+#include "base/errors.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "base/version.h"
 #include "library/library_list_file.h"
+#include "project/manifest.h"
 #include "source/source_set.h"
 #include "system/disk.h"
+#include "system/program_places.h"
 
 #include <algorithm>
 #include <utility>
@@ -217,6 +221,88 @@ std::string stored_path(const Project& project, const std::string& path) {
     const std::string name = file_name_part(project.file);
     const std::string folder = project.file.substr(0, project.file.size() - name.size());
     return path.starts_with(folder) ? path.substr(folder.size()) : path;
+}
+
+BuildSurroundings build_surroundings(Disk& disk, const std::string& program_folder,
+                                     const std::string& default_effect) {
+    const std::string effects = join_path(program_folder, "fx_list.txt");
+    return {default_effect, disk.is_file(effects) ? effects : std::string(),
+            macro_folders(executable_folder()), std::string(version_caption)};
+}
+
+namespace {
+
+std::string changed_input_reason(const std::string& role) {
+    if (role == "export") {
+        return "exported again";
+    }
+    return role == "effects" ? "effect list changed" : role + " changed";
+}
+
+// The first role, in the order of the plan's own importance, whose files changed; empty if none.
+std::string input_reason(Disk& disk, const Project& project, const PlannedBuildStep& planned,
+                         StepRecord& record) {
+    for (const std::string role : {"export", "recipe", "list", "macros", "effects"}) {
+        std::size_t count = 0;
+        for (const StepInput& input : planned.inputs) {
+            if (input.role != role) {
+                continue;
+            }
+            ++count;
+            const std::string path = stored_path(project, input.path);
+            const auto known = std::find_if(
+                record.inputs.begin(), record.inputs.end(),
+                [&](const FileRecord& file) { return file.role == role && file.path == path; });
+            if (known == record.inputs.end() || !is_as_recorded(disk, input.path, *known)) {
+                return changed_input_reason(role);
+            }
+        }
+        const auto recorded =
+            std::count_if(record.inputs.begin(), record.inputs.end(),
+                          [&](const FileRecord& file) { return file.role == role; });
+        if (static_cast<std::size_t>(recorded) != count) {
+            return changed_input_reason(role);
+        }
+    }
+    return {};
+}
+
+std::string output_reason(Disk& disk, const Project& project, const PlannedBuildStep& planned,
+                          StepRecord& record) {
+    for (const std::string& name : planned.outputs) {
+        const std::string path = join_path(project.folder, name);
+        const auto known = std::find_if(record.outputs.begin(), record.outputs.end(),
+                                        [&](const FileRecord& file) { return file.path == name; });
+        if (known == record.outputs.end() || !disk.is_file(path)) {
+            return "output missing";
+        }
+        if (!is_as_recorded(disk, path, *known)) {
+            return "output changed";
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+std::string reason_to_make(Disk& disk, const Project& project, const PlannedBuildStep& planned,
+                           const BuildSurroundings& surroundings, StepRecord& record) {
+    if (!record.made) {
+        return "failed before";
+    }
+    if (std::string reason = input_reason(disk, project, planned, record); !reason.empty()) {
+        return reason;
+    }
+    if (record.compiler != planned.compiler) {
+        return "compiler changed";
+    }
+    if (record.settings != planned.settings) {
+        return "project changed";
+    }
+    if (record.version != surroundings.version) {
+        return "Morvane changed";
+    }
+    return output_reason(disk, project, planned, record);
 }
 
 } // namespace morvane

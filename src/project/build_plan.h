@@ -6,6 +6,7 @@
 #include "project/manifest.h"
 #include "project/project.h"
 #include "recipe/recipe.h"
+#include "system/disk.h"
 #include "system/services.h"
 
 #include <map>
@@ -59,5 +60,16 @@ BuildPlan plan_build(const Services& services, const Project& project,
 
 /// A path of an input as the manifest names it: seen from the project's folder.
 std::string stored_path(const Project& project, const std::string& path);
+
+/// What builds of this program depend on besides the project: the effect list in its program
+/// folder, whose first name is `default_effect`, and the installed share folder.
+BuildSurroundings build_surroundings(Disk& disk, const std::string& program_folder,
+                                     const std::string& default_effect);
+
+/// Why a step has to be made, as in "exported again"; empty when it is up to date. Files whose
+/// size, times and identity are as the record says count as the same; others are compared by their
+/// content, and `record` then takes over what they are like now.
+std::string reason_to_make(Disk& disk, const Project& project, const PlannedBuildStep& planned,
+                           const BuildSurroundings& surroundings, StepRecord& record);
 
 } // namespace morvane

@@ -4,13 +4,11 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "project/content_hash.h"
 #include "project/make_step.h"
-#include "project/up_to_date.h"
+#include "project/manifest.h"
 #include "system/disk.h"
 #include "system/file_bytes.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 #include "toml/nearest_key.h"
 
 #include <algorithm>

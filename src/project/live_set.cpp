@@ -3,7 +3,7 @@
 
 #include "base/errors.h"
 #include "document/kept_reports.h"
-#include "project/content_hash.h"
+#include "project/manifest.h"
 #include "source/opened_file.h"
 #include "source/source_set.h"
 #include "system/disk.h"

@@ -4,11 +4,56 @@
 #include "base/paths.h"
 #include "system/file_bytes.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <nlohmann/json.hpp>
 
+#include <array>
+#include <cstddef>
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
+
 namespace morvane {
+
+std::string content_hash(std::string_view bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    XXH128_canonical_t canonical{};
+    XXH128_canonicalFromHash(&canonical, XXH3_128bits(bytes.data(), bytes.size()));
+    std::string text;
+    for (const unsigned char byte : canonical.digest) {
+        text += digits[byte >> 4U];
+        text += digits[byte & 15U];
+    }
+    return text;
+}
+
+std::string file_hash(Disk& disk, const std::string& path) {
+    return content_hash(read_bytes(disk, path).view());
+}
+
+FileRecord record_file(Disk& disk, const std::string& path) {
+    const FileStamp stamp = disk.stamp(path);
+    return {{}, path, stamp, file_hash(disk, path)};
+}
+
+bool is_as_recorded(Disk& disk, const std::string& path, FileRecord& record) {
+    try {
+        if (!disk.is_file(path)) {
+            return false;
+        }
+        const FileStamp stamp = disk.stamp(path);
+        if (stamp == record.stamp) {
+            return true;
+        }
+        if (stamp.size != record.stamp.size || file_hash(disk, path) != record.hash) {
+            return false;
+        }
+        record.stamp = stamp;
+        return true;
+    } catch (const RuntimeError&) {
+        return false; // it vanished or cannot be read: making the step says so
+    }
+}
 
 namespace {
 

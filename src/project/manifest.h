@@ -6,9 +6,17 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace morvane {
+
+/// A content as 32 hexadecimal digits (XXH3, 128 bits): equal for equal bytes only, as far as any
+/// two files of a project are concerned.
+std::string content_hash(std::string_view bytes);
+
+/// The same for a file. Throws RuntimeError.
+std::string file_hash(Disk& disk, const std::string& path);
 
 /// A file as it was when a step was made.
 struct FileRecord {
@@ -19,6 +27,12 @@ struct FileRecord {
 
     bool operator==(const FileRecord&) const = default;
 };
+
+/// Stamp and hash of a file as it is. Throws RuntimeError.
+FileRecord record_file(Disk& disk, const std::string& path);
+
+/// Whether a file still is as recorded; `record` takes over a new stamp of the same content.
+bool is_as_recorded(Disk& disk, const std::string& path, FileRecord& record);
 
 /// What a step was made from, and what it made.
 struct StepRecord {

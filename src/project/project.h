@@ -2,7 +2,7 @@
 #pragma once
 
 #include "aircraft/assemble_aircraft.h"
-#include "base/note.h"
+#include "base/reporter.h"
 
 #include <array>
 #include <cstddef>

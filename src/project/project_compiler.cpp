@@ -3,7 +3,6 @@
 
 #include "base/errors.h"
 #include "base/paths.h"
-#include "system/absolute_path.h"
 #include "system/programs.h"
 
 #include <utility>

@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "project/step_reporter.h"
 #include "recipe/apply_recipe.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 
 #include <algorithm>
 #include <utility>

@@ -9,7 +9,6 @@
 #include "system/disk.h"
 #include "system/file_bytes.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/camera.h"
 
-#include "raster/turn.h"
+#include "raster/vector.h"
 
 #include <algorithm>
 

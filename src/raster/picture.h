@@ -59,4 +59,8 @@ std::uint32_t id_at(const Picture& picture, int x, int y, int reach = 0);
 /// edges of a picture that was drawn twice as large.
 Picture halved(const Picture& picture);
 
+/// The bytes of a PNG file of the picture's colours; the same on every machine. Throws
+/// RuntimeError when there is no memory for it.
+std::string png_bytes(const Picture& picture);
+
 } // namespace morvane::raster

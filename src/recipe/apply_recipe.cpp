@@ -5,10 +5,10 @@
 #include "base/reporter.h"
 #include "base/text.h"
 #include "objects/block_checks.h"
-#include "objects/macro_include.h"
+#include "objects/include_lines.h"
 #include "objects/parameter_checks.h"
-#include "objects/trace.h"
-#include "objects/unique_labels.h"
+#include "objects/process.h"
+#include "objects/save.h"
 #include "source/materials.h"
 #include "source/source_set.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "recipe/recipe.h"
 #include "recipe/recipe_file.h"
-#include "recipe/record_recipe.h"
 #include "source/open_set.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "bgl/little_endian.h"
+#include "bgl/bgl_file.h"
 #include "raster/vector.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "scene/decode_mark.h"
 
-#include "raster/turn.h"
+#include "raster/vector.h"
 #include "scene/masm.h"
 
 #include <cmath>

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "scene/commands.h"
-#include "scene/problems.h"
+#include "scene/masm.h"
 #include "scene/scene.h"
 
 #include <optional>

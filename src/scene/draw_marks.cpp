@@ -3,9 +3,9 @@
 
 #include "base/guid128.h"
 #include "base/numbers.h"
-#include "raster/lines.h"
+#include "raster/strokes.h"
 #include "raster/triangles.h"
-#include "raster/turn.h"
+#include "raster/vector.h"
 
 #include <cmath>
 

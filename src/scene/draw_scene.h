@@ -76,4 +76,9 @@ struct Theme {
 };
 Theme theme_of(bool dark, bool night);
 
+/// The scene as a picture of its own, with letters and smooth edges: seen from far enough away that
+/// all of it is in the picture.
+raster::Picture render_picture(const Scene& scene, raster::Camera camera,
+                               const raster::PictureSize& size, DrawOptions options);
+
 } // namespace morvane::scene

@@ -2,8 +2,7 @@
 #include "scene/draw_shape.h"
 
 #include "base/numbers.h"
-#include "raster/lettering.h"
-#include "raster/lines.h"
+#include "raster/strokes.h"
 #include "raster/triangles.h"
 #include "scene/overlay.h"
 

@@ -3,7 +3,7 @@
 
 #include "base/errors.h"
 #include "objects/object_code.h"
-#include "scene/problems.h"
+#include "scene/scene.h"
 #include "scene/walk_model.h"
 
 #include <algorithm>

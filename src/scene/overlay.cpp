@@ -2,8 +2,7 @@
 #include "scene/overlay.h"
 
 #include "base/numbers.h"
-#include "raster/lettering.h"
-#include "raster/lines.h"
+#include "raster/strokes.h"
 
 #include <algorithm>
 #include <cmath>

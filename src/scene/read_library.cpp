@@ -2,8 +2,8 @@
 #include "scene/read_library.h"
 
 #include "base/text.h"
+#include "bgl/bgl_file.h"
 #include "bgl/library_objects.h"
-#include "bgl/little_endian.h"
 #include "scene/read_object.h"
 
 #include <algorithm>

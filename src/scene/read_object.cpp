@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "scene/read_object.h"
 
-#include "raster/turn.h"
+#include "raster/vector.h"
 #include "scene/code_reader.h"
 
 #include <algorithm>

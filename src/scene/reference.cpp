@@ -2,7 +2,7 @@
 #include "scene/reference.h"
 
 #include "base/numbers.h"
-#include "raster/turn.h"
+#include "raster/vector.h"
 #include "scene/masm.h"
 
 #include <cmath>

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/note.h"
+#include "base/reporter.h"
 #include "raster/picture.h"
 #include "raster/vector.h"
 #include "scene/reference.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -134,5 +135,23 @@ std::string picked_text(const Scene& scene, const PickedTriangle& picked);
 
 /// "textures: 3 of 5 found; animation at rest; finest detail": what the picture does not show.
 std::string limits_text(const Scene& scene);
+
+/// What could not be drawn of a file. The same trouble in many places is one note, which names the
+/// first place and how many there are: a damaged file of a million triangles stays readable.
+class Problems {
+  public:
+    /// `text` is what is wrong, e.g. "a triangle names a vertex that is not there"; `line` of the
+    /// file, 0 where there is none.
+    void add(const std::string& text, std::size_t line);
+    std::vector<Note> notes(const std::string& path) const;
+
+  private:
+    struct Trouble {
+        std::string text;
+        std::size_t line = 0; // of the first
+        std::size_t count = 0;
+    };
+    std::vector<Trouble> troubles_;
+};
 
 } // namespace morvane::scene

@@ -15,10 +15,10 @@ namespace morvane::scene {
 
 namespace {
 
-constexpr std::size_t max_depth = 100; // of calls and of transformations
+constexpr std::size_t deepest_call = 100; // of calls and of transformations
 constexpr std::size_t max_triangles = 4000000;
 constexpr std::size_t max_marks = 200000;
-constexpr double largest_coordinate = 1e6;
+constexpr double farthest_place = 1e6;
 constexpr std::size_t none = static_cast<std::size_t>(-1);
 
 // What the commands so far have set.
@@ -52,8 +52,8 @@ double assumed_terrain(double altitude) {
 }
 
 bool is_drawable(const Vec3& p) {
-    return std::fabs(p.x) <= largest_coordinate && std::fabs(p.y) <= largest_coordinate &&
-           std::fabs(p.z) <= largest_coordinate; // false for what is not a number
+    return std::fabs(p.x) <= farthest_place && std::fabs(p.y) <= farthest_place &&
+           std::fabs(p.z) <= farthest_place; // false for what is not a number
 }
 
 std::string_view first_operand(std::string_view line) {
@@ -179,7 +179,7 @@ class Walker {
         if (position == none) {
             return;
         }
-        if (depth == max_depth) {
+        if (depth == deepest_call) {
             problems_.add("calls are nested too deep", number(position));
             return;
         }
@@ -304,7 +304,7 @@ class Walker {
         if (!transform) {
             problems_.add("a transformation cannot be read", number(at));
         }
-        if (state.outer.size() >= max_depth) {
+        if (state.outer.size() >= deepest_call) {
             problems_.add("transformations are nested too deep", number(at));
             return;
         }

@@ -2,8 +2,6 @@
 #pragma once
 
 #include "scene/model_index.h"
-#include "scene/model_text.h"
-#include "scene/problems.h"
 #include "scene/scene.h"
 
 #include <cstddef>

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/reporter.h"
 #include "source/line_store.h"
 #include "source/opened_file.h"
+#include "system/services.h"
 
 #include <cstddef>
 #include <string>
@@ -87,5 +89,21 @@ struct OpenSet {
     /// How many marked materials Process has not rewritten yet.
     std::size_t unprocessed() const;
 };
+
+/// The Open command: loads the set of a base path (no extension), lists its marked materials and
+/// reads its placement, with the log's messages. False, after a message box, when the files are
+/// missing (the set that was open then stays) or cannot be used.
+bool open_source_set(const Services& services, OpenSet& set, const std::string& base);
+
+/// Number of triangles in a marked material's block: the DRAW_TRI lines, one after the other,
+/// after the line that opens it.
+std::size_t count_triangles(const LineStore& model, const MaterialBlock& block);
+
+/// Reads the placement from the frame's SCALE_AGL lines, of which the last one wins, and the
+/// rotation from an INSTANCE_CALL line directly after it, which goes to the message log.
+///
+/// The longitude's fraction is used for the latitude too: this asymmetry is intended. Throws
+/// RuntimeError with the line that cannot be split or read.
+Placement read_placement(const LineStore& frame, Reporter& reporter);
 
 } // namespace morvane

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/encodings.h"
 #include "base/errors.h"
 #include "base/paths.h"
-#include "base/wide_text.h"
 #include "system/disk.h"
 #include "system/handle_windows.h"
 

@@ -4,7 +4,6 @@
 #include "base/errors.h"
 #include "system/disk.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <array>
 #include <limits>

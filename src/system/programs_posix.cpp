@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
-#include "system/absolute_path.h"
+#include "base/paths.h"
 #include "system/descriptor_posix.h"
 #include "system/programs.h"
 

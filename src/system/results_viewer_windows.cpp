@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/encodings.h"
 #include "base/paths.h"
-#include "base/wide_text.h"
 #include "system/results_viewer.h"
 
 #include <algorithm>

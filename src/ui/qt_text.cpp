@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/qt_text.h"
 
-#include "base/windows1252.h"
+#include "base/encodings.h"
 
 #include <QLineEdit>
 #include <QValidator>

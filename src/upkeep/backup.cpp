@@ -5,7 +5,6 @@
 #include "base/reporter.h"
 #include "source/materials.h"
 #include "source/source_set.h"
-#include "source/text_files.h"
 #include "system/disk.h"
 
 #include <algorithm>

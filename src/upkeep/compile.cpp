@@ -10,7 +10,6 @@
 #include "system/file_bytes.h"
 #include "system/program_places.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <algorithm>
 

@@ -6,11 +6,9 @@
 #include "base/reporter.h"
 #include "base/text.h"
 #include "source/line_store.h"
-#include "source/text_files.h"
-#include "system/absolute_path.h"
+#include "source/source_set.h"
 #include "system/disk.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 namespace morvane {
 

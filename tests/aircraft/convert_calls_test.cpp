@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "aircraft/convert_calls.h"
+#include "aircraft/assembly.h"
 
 #include <gtest/gtest.h>
 

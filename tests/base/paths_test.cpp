@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/encodings.h"
 #include "base/paths.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +66,14 @@ TEST(Paths, Joining) {
     EXPECT_EQ(join_path("folder/", "name"), "folder/name");
     EXPECT_EQ(join_path("C:\\", "name"), "C:\\name");
     EXPECT_EQ(join_path("", "name"), "name");
+}
+
+TEST(AbsolutePath, BeginsAtTheCurrentFolder) {
+    const std::string here = narrow_text(std::filesystem::current_path().wstring());
+    const auto separator = static_cast<char>(std::filesystem::path::preferred_separator);
+    // Letters beyond the system's 8-bit set come through.
+    EXPECT_EQ(absolute_path("\xE4\xBC\x9A.bgl"), here + separator + "\xE4\xBC\x9A.bgl");
+    EXPECT_EQ(absolute_path(here), here);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "bgl/header.h"
+#include "bgl/bgl_file.h"
 #include "bgl/library_objects.h"
 #include "system/disk.h"
 

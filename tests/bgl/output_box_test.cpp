@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
-#include "bgl/output_box.h"
+#include "bgl/report.h"
 #include "support/faulty_disk.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
-#include "bgl/unpack/statuses.h"
+#include "bgl/unpack/bglunpack.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"
 #include "system/programs.h"

@@ -2,11 +2,11 @@
 #include "document/document.h"
 #include "objects/random_set.h"
 #include "objects/save.h"
-#include "source/text_files.h"
+#include "source/source_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"
-#include "system/text_writer.h"
+#include "system/replace_files.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

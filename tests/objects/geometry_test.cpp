@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
-#include "objects/geometry.h"
+#include "objects/geo_placement.h"
 
 #include <gtest/gtest.h>
 

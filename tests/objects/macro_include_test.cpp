@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "objects/macro_include.h"
+#include "objects/include_lines.h"
 #include "objects/save.h"
 #include "set_fixture.h"
 

@@ -7,7 +7,7 @@
 #include "objects/process.h"
 #include "objects/random_set.h"
 #include "objects/save.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"

@@ -2,7 +2,7 @@
 #include "objects/save.h"
 #include "objects/unified_diff.h"
 #include "set_fixture.h"
-#include "system/text_writer.h"
+#include "system/replace_files.h"
 
 #include <gmock/gmock.h>
 

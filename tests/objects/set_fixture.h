@@ -2,7 +2,7 @@
 #pragma once
 
 #include "objects/process.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "objects/process.h"
 #include "objects/save.h"
-#include "objects/unique_labels.h"
 #include "set_fixture.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "problems/library_list.h"
+#include "problems/libraries.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>

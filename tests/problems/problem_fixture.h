@@ -3,7 +3,7 @@
 
 #include "objects/process.h"
 #include "problems/find_problems.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "problems/searched_libraries.h"
+#include "problems/libraries.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recipe/apply_recipe.h"
 #include "source/materials.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "recipe/record_recipe.h"
+#include "recipe/recipe.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "scene/ghost.h"
 #include "scene/read_set.h"
 #include "small_set.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -5,13 +5,13 @@
 // environment the pictures are written there.
 
 #include "drawing_code.h"
-#include "raster/png.h"
+#include "raster/picture.h"
+#include "scene/draw_scene.h"
 #include "scene/draw_shape.h"
 #include "scene/read_object.h"
 #include "scene/read_set.h"
-#include "scene/render_picture.h"
 #include "small_set.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "support/source_folder.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 // Where generated objects really are, worked out by hand from what the lines say.
 
 #include "objects/save.h"
-#include "raster/turn.h"
+#include "raster/vector.h"
 #include "scene/read_set.h"
 #include "small_set.h"
 

@@ -4,7 +4,7 @@
 #include "scene/pointing.h"
 #include "scene/read_set.h"
 #include "small_set.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "scene/read_set.h"
-#include "scene/textures.h"
 #include "small_set.h"
 #include "support/source_folder.h"
 

@@ -3,7 +3,7 @@
 
 #include "objects/process.h"
 #include "scene/read_set.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 
 #include <stdexcept>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "source/chosen_file.h"
+#include "source/source_set.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
-#include "source/placement.h"
+#include "source/open_set.h"
 #include "support/recording_reporter.h"
 
 #include <gmock/gmock.h>

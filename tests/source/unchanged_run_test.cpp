@@ -3,7 +3,7 @@
 // Writing long stretches of a file in one piece must give what writing line by line gives.
 
 #include "source/line_store.h"
-#include "source/text_files.h"
+#include "source/source_set.h"
 #include "support/temp_folder.h"
 #include "system/disk.h"
 

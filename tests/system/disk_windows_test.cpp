@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/encodings.h"
 #include "base/errors.h"
 #include "base/paths.h"
-#include "base/wide_text.h"
 #include "support/temp_folder.h"
 #include "support/thrown.h"
 #include "system/disk.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -9,7 +9,6 @@
 #include "support/temp_folder.h"
 #include "support/thrown.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,7 +2,6 @@
 #include "support/faulty_disk.h"
 #include "support/temp_folder.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,6 @@
 #include "support/thrown.h"
 #include "system/disk.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
 #include "source/line_store.h"
-#include "source/text_files.h"
+#include "source/source_set.h"
 #include "support/thrown.h"
 #include "system/disk.h"
-#include "system/text_writer.h"
+#include "system/replace_files.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 // The lists' models keep to the rules of item models, whatever index they are asked about.
 
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "ui/models/material_model.h"
 #include "ui/models/object_model.h"
 #include "ui/registry.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/errors.h"
-#include "upkeep/label_suffix.h"
 #include "upkeep/plain_label_suffix.h"
+#include "upkeep/rename_labels.h"
 
 #include <gtest/gtest.h>
 

@@ -4,10 +4,9 @@
 //
 // The simulator's closed library sup.dll does the work. It is called in this small process of its
 // own, because a fault in it must not take the user's work along, and because it is 32-bit code.
-// FOLDER is where sup.dll is looked for first. Ends with one of the statuses in statuses.h.
+// FOLDER is where sup.dll is looked for first. Ends with one of the statuses in bglunpack.h.
 
-#include "bgl/unpack/name_buffer.h"
-#include "bgl/unpack/statuses.h"
+#include "bgl/unpack/bglunpack.h"
 
 #include <cstdio>
 #include <cstring>

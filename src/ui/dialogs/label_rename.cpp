@@ -2,7 +2,6 @@
 #include "ui/dialogs/label_rename.h"
 
 #include "base/paths.h"
-#include "source/chosen_file.h"
 #include "source/source_set.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/dialogs/ui_label_rename.h"

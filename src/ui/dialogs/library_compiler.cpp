@@ -7,7 +7,6 @@
 #include "library/design.h"
 #include "library/library_list_file.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/dialogs/ui_library_compiler.h"
 #include "ui/hourglass.h"

@@ -5,7 +5,6 @@
 #include "base/errors.h"
 #include "base/paths.h"
 #include "base/reporter.h"
-#include "source/chosen_file.h"
 #include "source/source_set.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/dialogs/ui_model_modifier.h"

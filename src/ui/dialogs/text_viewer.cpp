@@ -3,7 +3,7 @@
 
 #include "base/errors.h"
 #include "base/paths.h"
-#include "source/text_files.h"
+#include "source/source_set.h"
 #include "system/disk.h"
 #include "system/file_bytes.h"
 #include "ui/qt_text.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library_browser/shelf_pictures.h"
 
-#include "library/identifier.h"
+#include "base/guid128.h"
 #include "scene/draw_shape.h"
 #include "ui/qt_text.h"
 #include "ui/scene_view/view_habits.h"

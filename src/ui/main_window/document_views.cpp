@@ -3,7 +3,7 @@
 
 #include "base/errors.h"
 #include "document/live_problems.h"
-#include "problems/searched_libraries.h"
+#include "problems/libraries.h"
 #include "source/source_set.h"
 #include "ui/dialogs/source_window.h"
 #include "ui/hourglass.h"

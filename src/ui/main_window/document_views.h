@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/reporter.h"
 #include "problems/problem.h"
-#include "problems/quiet_reporter.h"
 #include "ui/desk.h"
 #include "ui/widgets/quiet_timer.h"
 

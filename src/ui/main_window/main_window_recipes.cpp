@@ -6,7 +6,6 @@
 #include "base/reporter.h"
 #include "document/recipe_text.h"
 #include "system/replace_files.h"
-#include "system/text_writer.h"
 #include "ui/dialogs/dialogs.h"
 #include "ui/hourglass.h"
 #include "ui/main_window/controls.h"

@@ -3,7 +3,6 @@
 // The main window's commands around the open set: choose, open, save, leave.
 
 #include "base/paths.h"
-#include "source/chosen_file.h"
 #include "source/opened_file.h"
 #include "source/source_set.h"
 #include "system/disk.h"

@@ -3,7 +3,6 @@
 
 #include "base/errors.h"
 #include "scene/read_set.h"
-#include "scene/textures.h"
 #include "ui/main_window/main_window.h"
 #include "ui/qt_text.h"
 #include "ui/scene_view/object_drag.h"

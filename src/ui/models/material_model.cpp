@@ -5,7 +5,7 @@
 #include "base/numbers.h"
 #include "source/fields.h"
 #include "source/materials.h"
-#include "source/open_source_set.h"
+#include "source/open_set.h"
 #include "ui/qt_text.h"
 #include "ui/widgets/color_swatch.h"
 #include "ui/widgets/platform_color.h"

@@ -2,8 +2,8 @@
 #include "ui/project_window/project_window.h"
 
 #include "base/paths.h"
+#include "project/build_plan.h"
 #include "project/project_compiler.h"
-#include "project/surroundings.h"
 #include "scene/site_plan.h"
 #include "system/disk.h"
 #include "ui/hourglass.h"

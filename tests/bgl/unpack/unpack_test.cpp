@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "bgl/inspector.h"
-#include "bgl/unpack/statuses.h"
+#include "bgl/unpack/bglunpack.h"
 #include "bgl_files.h"
 #include "support/recording_reporter.h"
 #include "support/temp_folder.h"
