@@ -76,6 +76,13 @@ class NotepadOnWindows : public testing::Test {
         }
         return count_windows(title) == count;
     }
+    // A window of another program, which has to answer first.
+    static bool comes_to_front(HWND window) {
+        for (int i = 0; i < 1000 && GetForegroundWindow() != window; ++i) {
+            pump_messages();
+        }
+        return GetForegroundWindow() == window;
+    }
     bool another_opens() const { return wait_for_windows(2, 100); }
 
     TempFolder folder;
@@ -117,8 +124,7 @@ TEST_F(NotepadOnWindows, TheSecondTimeTheFirstNotepadIsActivated) {
     const Window other("something else");
     SetForegroundWindow(other.handle());
     viewer->show_file(path);
-    pump_messages();
-    EXPECT_EQ(GetForegroundWindow(), FindWindowExA(nullptr, nullptr, nullptr, title.c_str()));
+    EXPECT_TRUE(comes_to_front(FindWindowExA(nullptr, nullptr, nullptr, title.c_str())));
     EXPECT_FALSE(another_opens());
 }
 
