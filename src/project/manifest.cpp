@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/manifest.h"
 
+#include "base/errors.h"
 #include "base/paths.h"
 #include "system/file_bytes.h"
 #include "system/replace_files.h"
